@@ -1,0 +1,93 @@
+// Frame log and console trace.
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+#include "caltofal.h"
+#include "frame/os.h"
+#include "frame/trace.h"
+#include "help_objlist.h"
+
+CALTOFAL_API uint16_t unfaltocalLogType = 1;
+CALTOFAL_API uint16_t unfaltocalLogLevel = 5;
+
+namespace caltofal {
+namespace {
+
+constexpr std::size_t kLineMax = 1024;
+
+struct Level {
+  unsigned priority;
+  const char *label;
+  const char *colour;
+};
+constexpr Level kLevels[] = {
+    {2, "CRITICAL", "\033[31m"},
+    {3, "ERROR", "\033[38;5;214m"},
+};
+
+const Level *levelOf(unsigned priority) {
+  for (const Level &level : kLevels) {
+    if (level.priority == priority) return &level;
+  }
+  return nullptr;
+}
+
+void colourPrint(const Level &level, const char *message) {
+  char when[50] = "";
+  std::tm now{};
+  if (os::localNow(&now)) {
+    if (std::strftime(when, sizeof when, "%d-%m-%Y %T", &now) == 0) when[0] = '\0';
+  }
+  char prefix[256];
+  std::snprintf(prefix, sizeof prefix, "%s<%s> [%s] ", level.colour, when, level.label);
+  os::stdoutWrite(prefix, std::strlen(prefix));
+  os::stdoutWrite(message, std::strlen(message));
+  static constexpr char kReset[] = "\033[0m";
+  os::stdoutWrite(kReset, sizeof kReset - 1);
+}
+
+
+}  // namespace
+
+void traceTag(const char *unit, int line, const char *function) {
+  PRINT_TO_CONSOLE("[ZINTU VOLA FAL] (%s:%d, %s) ", unit, line, function);
+}
+
+void traceAt(const char *function, int line) {
+  PRINT_TO_CONSOLE("\n\n\t[%s : %d] ", function, line);
+}
+
+void traceAtCode(const char *function, int line, int code) {
+  PRINT_TO_CONSOLE("\n\n\t[%s : %d] (%d)", function, line, code);
+}
+
+}  // namespace caltofal
+
+using namespace caltofal;
+
+extern "C" void faltocal_logLine(unsigned prio, const char *fmt, ...) {
+  if (unfaltocalLogLevel < prio || fmt == nullptr) return;
+  char text[kLineMax];
+  va_list args;
+  va_start(args, fmt);
+  int n = std::vsnprintf(text, sizeof text, fmt, args);
+  va_end(args);
+  if (n < 0) return;
+  if (unfaltocalLogType & 1) os::syslogLine(static_cast<int>(prio), text);
+  if (unfaltocalLogType & 2) {
+    if (const Level *level = levelOf(prio)) colourPrint(*level, text);
+  }
+}
+
+extern "C" CALTOFAL_API int PRINT_TO_CONSOLE(const char *format, ...) {
+  char text[kLineMax] = "";
+  if (format != nullptr) {
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+  }
+  return os::consoleWrite(text, std::strlen(text));
+}

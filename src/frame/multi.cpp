@@ -1,0 +1,184 @@
+// Multi-object requests: objects are collected over several calls (an object
+// containing '&' is only queued) and sent on the last one or on "query".
+#include <strings.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+#include "caltofal.h"
+#include "frame/keywords.h"
+#include "frame/send_internal.h"
+#include "frame/trace.h"
+#include "help_objlist.h"
+
+namespace caltofal {
+namespace {
+
+// Where the parameters come from: variable arguments or an array.
+class Args {
+ public:
+  explicit Args(va_list *list) : list_(list) {}
+  explicit Args(const char **array) : array_(array) {}
+  const char *next() {
+    if (list_ != nullptr) return va_arg(*list_, const char *);
+    return array_[index_++];
+  }
+
+ private:
+  va_list *list_ = nullptr;
+  const char **array_ = nullptr;
+  int index_ = 0;
+};
+
+// The two multi-object requests differ in their trace lines and in what a
+// "query" on a new message prints.
+struct Variant {
+  const char *function;
+  int queryNullLine;
+  bool queryNullSaysMsgHdr;
+  int unknownMainLine;
+  int unknownSubLine;
+  int sendFailLine;
+};
+
+constexpr Variant kMultiObj = {"faltocal_send_main_multi_obj", 661, true, 744, 775, 830};
+constexpr Variant kNoVariable = {"faltocal_send_main_multi_obj_No_variable", 1025, false, 950, 981,
+                                 1050};
+
+int sendFailed(const Variant &v, int line, const char *object) {
+  traceTag(kUnitFrame, line, v.function);
+  PRINT_TO_CONSOLE("Failure : faltocal_sendQuery() of %s \n", orNull(object));
+  return -1;
+}
+
+int unknownKeyword(const Variant &v, int line, const char *word, const char *object) {
+  traceTag(kUnitFrame, line, v.function);
+  PRINT_TO_CONSOLE("Failure : Unknown args sMainOper = %s of %s \n", orNull(word), orNull(object));
+  return -1;
+}
+
+bool isQuery(const char *object) { return strncasecmp(object, "query", 256) == 0; }
+bool isStoreOnly(const char *mainOper) {
+  return mainOper != nullptr && std::strcmp(mainOper, "set_only_db") == 0;
+}
+
+int multiObj(const Variant &v, MsgHeader *message, const char *object, const char *mainOper,
+             const char *subOper, int count, Args args) {
+  if (message == nullptr || object == nullptr) return -1;
+  Sender sender = faltocal_sendQuery;
+  if (isQuery(object)) {
+    if (message->pObjList == nullptr) {
+      if (!v.queryNullSaysMsgHdr) return sendFailed(v, v.queryNullLine, object);
+      traceTag(kUnitFrame, v.queryNullLine, v.function);
+      PRINT_TO_CONSOLE("Failure : Received MsgHdr is NULL. can NOT do query.\n");
+      return -1;
+    }
+    if (isStoreOnly(mainOper)) sender = faltocal_sendQuery_ToDb;
+    return sender(message) == 0 ? 0 : sendFailed(v, v.sendFailLine, object);
+  }
+
+  // The path, without the trailing '&' of a queued object. The copy keeps
+  // all but the path's last character, within the 256-byte buffer.
+  char path[256] = {0};
+  std::size_t length = std::strlen(object);
+  bool deferred = std::strchr(object, '&') != nullptr;
+  if (deferred) {
+    std::snprintf(path, length < sizeof path ? length : sizeof path, "%s", object);
+  } else {
+    std::snprintf(path, sizeof path, "%s", object);
+  }
+
+  bool filter = false;
+  if (message->pObjList != nullptr) {
+    if (isStoreOnly(mainOper)) sender = faltocal_sendQuery_ToDb;
+  } else {
+    const Keyword *main = findKeyword(kMultiOps, mainOper);
+    if (main == nullptr) return unknownKeyword(v, v.unknownMainLine, mainOper, object);
+    HELP_CREATE_OBJ(message, main->main, main->listFlags, 2);
+    filter = main->filter;
+  }
+  const Keyword *sub = findKeyword(kSubOps, subOper);
+  if (sub == nullptr) return unknownKeyword(v, v.unknownSubLine, subOper, object);
+
+  void *node = nullptr;
+  faltocal_FillObject(&node, message->pObjList, path, message->unMainOper, sub->main,
+                      SOPT_OBJVALUE);
+  for (int i = 0; i < count; ++i) {
+    if (message->unMainOper == MOPT_SET || filter) {
+      const char *name = args.next();
+      const char *value = args.next();
+      HELP_PARAM_SET(node, name, value);
+    } else {
+      const char *name = args.next();
+      if (message->unMainOper == MOPT_GET && node != nullptr) {
+        HELP_PARAM_GET(node, name, SOPT_OBJVALUE);
+      }
+    }
+  }
+  if (deferred) return 0;
+  return sender(message) == 0 ? 0 : sendFailed(v, v.sendFailLine, object);
+}
+
+}  // namespace
+}  // namespace caltofal
+
+using namespace caltofal;
+
+extern "C" {
+
+CALTOFAL_API int faltocal_send_main_multi_obj(MsgHeader *message, const char *object,
+                                              const char *mainOper, const char *subOper,
+                                              int count, ...) {
+  va_list list;
+  va_start(list, count);
+  int rc = multiObj(kMultiObj, message, object, mainOper, subOper, count, Args(&list));
+  va_end(list);
+  return rc;
+}
+
+CALTOFAL_API int faltocal_send_main_multi_obj_No_variable(MsgHeader *message, const char *object,
+                                                          const char *mainOper,
+                                                          const char *subOper, int count,
+                                                          const char **params) {
+  if (count > 0 && params == nullptr) return -1;
+  return multiObj(kNoVariable, message, object, mainOper, subOper, count, Args(params));
+}
+
+CALTOFAL_API int faltocal_SendMultiObj(uint8_t send, uint32_t listFlags, uint32_t owner,
+                                       MsgHeader *message, const char *object,
+                                       const char *mainOper, const char *subOper, int count,
+                                       ...) {
+  if (message == nullptr || object == nullptr) return -1;
+  if (std::strncmp(object, "query", 256) == 0) return send ? faltocal_sendQuery(message) : 0;
+  bool filter = false;
+  if (message->pObjList == nullptr) {
+    const Keyword *main = findKeyword(kSendMultiOps, mainOper);
+    if (main == nullptr) return -1;
+    HELP_CREATE_OBJ(message, main->main, listFlags, owner);
+    filter = main->filter;
+  }
+  const Keyword *sub = findKeyword(kSubOps, subOper);
+  if (sub == nullptr) return -1;
+  void *node = nullptr;
+  faltocal_FillObject(&node, message->pObjList, object, message->unMainOper, sub->main, listFlags);
+  va_list list;
+  va_start(list, count);
+  for (int i = 0; i < count; ++i) {
+    if (message->unMainOper == MOPT_SET || filter) {
+      const char *name = va_arg(list, const char *);
+      const char *value = va_arg(list, const char *);
+      HELP_PARAM_SET(node, name, value);
+    } else if (message->unMainOper == MOPT_GET) {
+      const char *name = va_arg(list, const char *);
+      HELP_PARAM_GET(node, name, listFlags);
+    } else {
+      (void)va_arg(list, const char *);
+    }
+  }
+  va_end(list);
+  return send ? faltocal_sendQuery(message) : 0;
+}
+
+}  // extern "C"
+
