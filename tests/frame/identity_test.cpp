@@ -50,7 +50,7 @@ TEST_F(DeviceIdTest, FindsHostsByMacCaseInsensitivelyAndByExactIPv4) {
 
 TEST_F(DeviceIdTest, IdentifiersOfTheWrongShapeAreNotLookedUp) {
   calsim::clearRequests();
-  for (const char *id : {"1.2.3", "abc", "", "AA:BB:CC:DD:EE:0", "1.2.3.4.5.6.7.8", "abcdefg"}) {
+  for (const char *id : {"1.2.3", "abc", "", "AA:BB:CC:DD:EE:0", "1.2.3.4.5.6.7.8.9", "abcdefg"}) {
     EXPECT_EQ(GetDeviceID(id), 0) << id;
   }
   EXPECT_EQ(GetDeviceID(nullptr), 0);

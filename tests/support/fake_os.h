@@ -12,6 +12,10 @@
 namespace fakeos {
 
 struct Reply {
+  Reply() = default;
+  Reply(std::string out, int st = 0, bool fails = false)  // NOLINT: brace-initialised in tests
+      : output(std::move(out)), status(st), startFails(fails) {}
+
   std::string output;         // what the command prints
   int status = 0;             // wait status (system()/pclose() result)
   bool startFails = false;    // openCommand returns nullptr / run returns -1
