@@ -32,6 +32,7 @@ INT_LIMITS = {
     "unsignedLong": (0, 2**64 - 1), "long": (-2**63, 2**63 - 1),
 }
 MAX_VALUE = 1023
+MAX_NAME = 255
 
 
 class Report:
@@ -48,7 +49,7 @@ class Report:
         return ok
 
 
-# ---------------------------------------------------------------- model file
+# model file
 
 class ModelObject:
     def __init__(self, path, line):
@@ -87,7 +88,8 @@ def read_model(path, report):
         if text.startswith("["):
             opath = text[1:-1] if text.endswith("]") else None
             current = None
-            if not report.check(opath is not None and PATH_RE.fullmatch(opath), path, number,
+            if not report.check(opath is not None and len(opath) <= MAX_NAME
+                                and PATH_RE.fullmatch(opath), path, number,
                                 "malformed object header %r" % text):
                 continue
             if not report.check(opath not in objects, path, number,
@@ -98,8 +100,8 @@ def read_model(path, report):
             continue
         name, eq, value = text.partition("=")
         name, value = name.strip(), value.strip()
-        if not report.check(eq and NAME_RE.fullmatch(name), path, number,
-                            "malformed line %r" % text):
+        if not report.check(eq and len(name) <= MAX_NAME and NAME_RE.fullmatch(name), path,
+                            number, "malformed line %r" % text):
             continue
         if not report.check(current is not None, path, number,
                             "parameter %s outside any object" % name):
@@ -138,7 +140,7 @@ def has_x_segment(path):
     return any(seg.startswith("X_") for seg in path.split("."))
 
 
-# ------------------------------------------------------------------ TR-181 list
+# TR-181 list
 
 class ParamSpec:
     def __init__(self, fields):
@@ -216,7 +218,7 @@ class Spec:
             raise ValueError(kind)
 
 
-# ------------------------------------------------------------- extension list
+# extension list
 
 class Extensions:
     """Entries: a plain line names an X_ object; 'nonstandard PATH' an object of
@@ -271,7 +273,7 @@ class Extensions:
         self.objects[opath] = number
 
 
-# ------------------------------------------------------------------ the checks
+# the checks
 
 def items_of(value, is_list):
     if not is_list:
@@ -371,8 +373,11 @@ class Checker:
         self.check(known, obj.line, "unknown object %s: not in TR-181%s" % (tmpl, hint))
         parent = parent_path(obj.path)
         if parent is not None:
-            self.check(parent in self.objects, obj.line,
-                       "parent object %s of %s is missing" % (parent, obj.path))
+            holder = self.objects.get(parent)
+            if self.check(holder is not None, obj.line,
+                          "parent object %s of %s is missing" % (parent, obj.path)):
+                self.check(holder.line < obj.line, obj.line, "%s comes before its parent %s "
+                           "(line %d)" % (obj.path, parent, holder.line))
         for name, (value, line) in obj.params.items():
             spec = self.spec.params.get((tmpl, name)) if standard else None
             if standard and not name.startswith("X_"):
@@ -418,8 +423,6 @@ class Checker:
                            "%s: %r has a length the standard does not allow" % (what, item))
             if spec.ref is not None:
                 self.check_reference(what, item, line, spec.ref)
-        if not spec.is_list and spec.enum is not None and not items:
-            self.check(False, line, "%s: empty value" % what)
 
     def enum_ref_values(self, obj, name, line, spec):
         target = fill_instances(spec.enum_ref, obj.path)
@@ -463,7 +466,9 @@ class Checker:
                     continue  # a standard counter of something that is not a table here
                 segment = name[:-len("NumberOfEntries")]
             if not re.fullmatch(r"\d+", value):
-                self.check(False, line, "%s.%s: %r is not a count" % (obj.path, name, value))
+                # a standard counter's type has been checked with its value
+                if not (standard and (tmpl, name) in self.spec.params):
+                    self.check(False, line, "%s.%s: %r is not a count" % (obj.path, name, value))
                 continue
             row = re.compile(re.escape(obj.path + "." + segment + ".") + r"\d+")
             count = sum(1 for p in self.objects if row.fullmatch(p))

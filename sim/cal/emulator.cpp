@@ -1,0 +1,233 @@
+#include "emulator.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace calsim {
+namespace {
+
+constexpr size_t kMaxLoggedRequests = 10000;
+
+const char *entryName(Entry entry) {
+  switch (entry) {
+    case Entry::Get:
+      return "get";
+    case Entry::Set:
+      return "set";
+    case Entry::SetToDb:
+      return "setToDb";
+  }
+  return "";
+}
+
+std::string modelPathFromEnvironment() {
+  const char *path = getenv("CALTOFAL_MODEL");
+  return path != nullptr && path[0] != '\0' ? path : CALTOFAL_SAMPLE_MODEL;
+}
+
+std::string hex(uint32_t value) {
+  char buf[16];
+  snprintf(buf, sizeof buf, "0x%x", static_cast<unsigned>(value));
+  return buf;
+}
+
+}  // namespace
+
+Emulator &Emulator::instance() {
+  // Never destroyed: hosts may still call in while the process exits.
+  static Emulator *emulator = new Emulator;
+  return *emulator;
+}
+
+int Emulator::request(Entry entry, MsgHeader *msg, std::string *error) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  Incoming in = readMessage(msg);
+
+  Request logged;
+  logged.entry = entryName(entry);
+  if (msg != nullptr) {
+    logged.hasMessage = true;
+    logged.mainOper = msg->unMainOper;
+    logged.listFlags = msg->unListFlags;
+    logged.owner = msg->unOwner;
+    logged.init = msg->unInit;
+    logged.reserved = msg->unReserved;
+    logged.hasList = msg->pObjList != nullptr;
+    logged.objects = in.objects;
+  }
+  requests_.push_back(std::move(logged));
+  if (requests_.size() > kMaxLoggedRequests) requests_.pop_front();
+
+  if (injectCount_ > 0) {
+    --injectCount_;
+    *error = "injected failure " + std::to_string(injectCode_);
+    return injectCode_;
+  }
+  if (!ensureLoaded(error)) return -1;
+  if (msg == nullptr) {
+    *error = "no message";
+    return -1;
+  }
+  if (msg->pObjList == nullptr) {
+    *error = "the message has no object list";
+    return -1;
+  }
+  uint32_t wanted = entry == Entry::Get ? MOPT_GET : MOPT_SET;
+  if (msg->unMainOper != wanted) {
+    *error = std::string(entry == Entry::Get ? "a get" : "a set") + " needs main operation " +
+             std::to_string(wanted) + ", not " + std::to_string(msg->unMainOper);
+    return -1;
+  }
+  if (!(msg->unListFlags & SOPT_OBJVALUE_MASK)) {
+    *error = "only value lists are served; list flags " + hex(msg->unListFlags) +
+             " select attribute nodes";
+    return -1;
+  }
+  if (entry == Entry::Get) return runGet(*live_, *defaults_, msg, in, error);
+  return set(entry, in, error);
+}
+
+int Emulator::set(Entry entry, const Incoming &in, std::string *error) {
+  std::vector<std::string> applied;
+  int rc = runSet(*live_, in, &applied, error);
+  if (rc != 0) return rc;
+  if (fileBacked_) {
+    std::string writeError;
+    if (!replaceFile(source_, live_->text(), &writeError)) {
+      // The file is as it was: take the store back from it.
+      std::string reloadError;
+      loadFromFile(source_, true, &reloadError);
+      *error = "nothing changed: " + writeError;
+      return -1;
+    }
+    stamp_ = stampOf(source_);
+  }
+  if (entry != Entry::Set) return 0;
+  if (!fileBacked_) {
+    memoryJournal_.insert(memoryJournal_.end(), applied.begin(), applied.end());
+    return 0;
+  }
+  std::string lines;
+  for (const std::string &line : applied) lines += line + "\n";
+  std::string journalError;
+  if (!appendFile(source_ + ".journal", lines, &journalError)) {
+    *error = "the change is stored, but the journal is not: " + journalError;
+    return -1;
+  }
+  return 0;
+}
+
+bool Emulator::ensureLoaded(std::string *error) {
+  if (pinned_ && !fileBacked_) {
+    if (live_) return true;
+    *error = loadError_;
+    return false;
+  }
+  std::string path = pinned_ ? source_ : modelPathFromEnvironment();
+  if (path == source_ && (live_ || !loadError_.empty()) && stampOf(path) == stamp_) {
+    if (live_) return true;
+    *error = loadError_;
+    return false;
+  }
+  return loadFromFile(path, false, error);
+}
+
+bool Emulator::loadFromFile(const std::string &path, bool keepDefaults, std::string *error) {
+  source_ = path;
+  fileBacked_ = true;
+  stamp_ = stampOf(path);
+  std::string text;
+  std::unique_ptr<Model> model;
+  if (readFile(path, &text, error)) model = parseModel(text, path, error);
+  if (!model) {
+    live_.reset();
+    defaults_.reset();
+    loadError_ = *error;
+    return false;
+  }
+  live_ = std::move(model);
+  if (!keepDefaults || !defaults_) defaults_ = live_->copyValues();
+  loadError_.clear();
+  return true;
+}
+
+void Emulator::resetModel() {
+  pinned_ = false;
+  fileBacked_ = false;
+  source_.clear();
+  stamp_ = FileStamp{};
+  loadError_.clear();
+  live_.reset();
+  defaults_.reset();
+  memoryJournal_.clear();
+}
+
+bool Emulator::loadString(const std::string &text, const std::string &name, std::string *error) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  resetModel();
+  pinned_ = true;
+  source_ = name;
+  std::string reason;
+  live_ = parseModel(text, name, &reason);
+  if (!live_) {
+    loadError_ = reason;
+    if (error) *error = reason;
+    return false;
+  }
+  defaults_ = live_->copyValues();
+  return true;
+}
+
+bool Emulator::loadFile(const std::string &path, std::string *error) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  resetModel();
+  pinned_ = true;
+  std::string reason;
+  bool ok = loadFromFile(path, false, &reason);
+  if (!ok && error) *error = reason;
+  return ok;
+}
+
+void Emulator::injectFailure(int code, int count) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  injectCode_ = code;
+  injectCount_ = count > 0 ? count : 0;
+}
+
+std::vector<Request> Emulator::requests() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return std::vector<Request>(requests_.begin(), requests_.end());
+}
+
+void Emulator::clearRequests() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  requests_.clear();
+}
+
+std::vector<std::string> Emulator::journal() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  std::string ignored;
+  ensureLoaded(&ignored);
+  if (fileBacked_) return readLines(source_ + ".journal");
+  return memoryJournal_;
+}
+
+std::optional<std::string> Emulator::value(const std::string &path, const std::string &param) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  std::string ignored;
+  if (!ensureLoaded(&ignored)) return std::nullopt;
+  const Object *obj = live_->find(withoutDot(path));
+  const Param *p = obj != nullptr ? obj->find(param) : nullptr;
+  if (p == nullptr) return std::nullopt;
+  return p->value;
+}
+
+void Emulator::reset() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  resetModel();
+  requests_.clear();
+  injectCode_ = 0;
+  injectCount_ = 0;
+}
+
+}  // namespace calsim

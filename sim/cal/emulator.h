@@ -1,0 +1,58 @@
+// The emulator's one state: the loaded model, the logs and the injected
+// failures, behind one mutex.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "calsim.h"
+#include "fileio.h"
+#include "help_objlist.h"
+#include "model.h"
+#include "request.h"
+
+namespace calsim {
+
+enum class Entry { Get, Set, SetToDb };
+
+class Emulator {
+ public:
+  static Emulator &instance();
+
+  // One request of an entry point; the reason of a failure goes to `error`.
+  int request(Entry entry, MsgHeader *msg, std::string *error);
+
+  bool loadString(const std::string &text, const std::string &name, std::string *error);
+  bool loadFile(const std::string &path, std::string *error);
+  void injectFailure(int code, int count);
+  std::vector<Request> requests();
+  void clearRequests();
+  std::vector<std::string> journal();
+  std::optional<std::string> value(const std::string &path, const std::string &param);
+  void reset();
+
+ private:
+  bool ensureLoaded(std::string *error);
+  bool loadFromFile(const std::string &path, bool keepDefaults, std::string *error);
+  int set(Entry entry, const Incoming &in, std::string *error);
+  void resetModel();
+
+  std::mutex mutex_;
+  bool pinned_ = false;      // loaded through the test interface: no environment lookups
+  bool fileBacked_ = false;  // written back, journal in a file
+  std::string source_;       // model file path, or the name of a string model
+  FileStamp stamp_;          // the file as last read or written
+  std::string loadError_;    // why the model could not be loaded
+  std::unique_ptr<Model> live_;
+  std::unique_ptr<Model> defaults_;  // the model as loaded
+  std::vector<std::string> memoryJournal_;
+  std::deque<Request> requests_;
+  int injectCode_ = 0;
+  int injectCount_ = 0;
+};
+
+}  // namespace calsim

@@ -1,0 +1,19 @@
+/*
+ * Host-side extras of the object-list helper library, for tests and tools.
+ */
+#ifndef HELP_SIM_H
+#define HELP_SIM_H
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Blocks obtained from help_calloc and not yet released with help_free,
+ * counted over the whole process. */
+__attribute__((visibility("default"))) long help_liveAllocations(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* HELP_SIM_H */
