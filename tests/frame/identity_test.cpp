@@ -7,6 +7,7 @@
 #include "caltofal.h"
 #include "calsim.h"
 #include "fake_os.h"
+#include "frame_test_util.h"
 
 namespace {
 
@@ -55,20 +56,16 @@ TEST_F(DeviceIdTest, IdentifiersOfTheWrongShapeAreNotLookedUp) {
   }
   EXPECT_EQ(GetDeviceID(nullptr), 0);
   EXPECT_EQ(calsim::requests().size(), 0u);
-}
-
-TEST_F(DeviceIdTest, ColonTextOfOtherLengthIsTriedAsIPv4) {
-  calsim::clearRequests();
-  EXPECT_EQ(GetDeviceID("1:2.3.4"), 0);
+  EXPECT_EQ(GetDeviceID("1:2.3.4"), 0);  // ':' but not 17 long: tried as IPv4
   EXPECT_EQ(calsim::requests().size(), 1u);
 }
 
 TEST_F(DeviceIdTest, NotFoundTraceNamesTheIdentifier) {
   fakeos::reset();
   GetDeviceID("10.0.0.1");
-  EXPECT_EQ(fakeos::console(),
-            "[ZINTU VOLA FAL] (FaltoCal:1169, GetDeviceID) INPUT arg sIdentifier = 10.0.0.1 is NOT "
-            "exist in Device.Hosts.Host.{i}.\n");
+  EXPECT_EQ(fakeos::console(), tag("FaltoCal", 1169, "GetDeviceID") +
+                                   "INPUT arg sIdentifier = 10.0.0.1 is NOT exist in "
+                                   "Device.Hosts.Host.{i}.\n");
 }
 
 TEST_F(DeviceIdTest, EmptyHostTableIsReported) {
@@ -80,7 +77,7 @@ TEST_F(DeviceIdTest, EmptyHostTableIsReported) {
   fakeos::reset();
   EXPECT_EQ(GetDeviceID("10.0.0.4"), 0);
   EXPECT_EQ(fakeos::console(),
-            "[ZINTU VOLA FAL] (FaltoCal:1135, GetDeviceID) There is no Device.Hosts.Host entry \n");
+            tag("FaltoCal", 1135, "GetDeviceID") + "There is no Device.Hosts.Host entry \n");
 }
 
 TEST_F(DeviceIdTest, RequestFailureIsTracedAndGivesZero) {
@@ -88,9 +85,9 @@ TEST_F(DeviceIdTest, RequestFailureIsTracedAndGivesZero) {
   fakeos::reset();
   EXPECT_EQ(GetDeviceID("192.168.1.10"), 0);
   EXPECT_EQ(fakeos::console(),
-            "[ZINTU VOLA FAL] (FaltoCal:830, faltocal_send_main_multi_obj) Failure : "
-            "faltocal_sendQuery() of Device.Hosts. \n"
-            "\n\n\t[GetDeviceID : 1124] faltocal_send_main_multi_obj is Failure\n");
+            tag("FaltoCal", 830, "faltocal_send_main_multi_obj") +
+                "Failure : faltocal_sendQuery() of Device.Hosts. \n" + at("GetDeviceID", 1124) +
+                "faltocal_send_main_multi_obj is Failure\n");
 }
 
 class NextMacTest : public ::testing::Test {
@@ -106,11 +103,8 @@ TEST_F(NextMacTest, ReadsTheInterfacesLineInEitherForm) {
   EXPECT_STREQ(mac, "AA:BB:CC:DD:EE:FF");
   EXPECT_EQ(zintu_scapi_getMacFromFile("eth0_0", mac), 0);
   EXPECT_STREQ(mac, "00:11:22:33:44:55");
-  EXPECT_EQ(fakeos::console(),
-            "[ZINTU VOLA FAL] (FaltoCal:1279, zintu_scapi_getMacFromFile) GOT MAC FROM CONFIG "
-            "FILE\n"
-            "[ZINTU VOLA FAL] (FaltoCal:1279, zintu_scapi_getMacFromFile) GOT MAC FROM CONFIG "
-            "FILE\n");
+  std::string got = tag("FaltoCal", 1279, "zintu_scapi_getMacFromFile") + "GOT MAC FROM CONFIG FILE\n";
+  EXPECT_EQ(fakeos::console(), got + got);
 }
 
 TEST_F(NextMacTest, KeyIsFoundAsASubstring) {
@@ -124,19 +118,18 @@ TEST_F(NextMacTest, OddFiles) {
   char mac[18] = "unchanged";
   fakeos::setFile(kFile, "");
   EXPECT_EQ(zintu_scapi_getMacFromFile("eth0", mac), -1);
-  EXPECT_EQ(fakeos::console(),
-            "\n\n\t[zintu_scapi_getMacFromFile : 1275] Error = Couldn't get mac for the "
-            "interface\n");
+  const char *fn = "zintu_scapi_getMacFromFile";
+  EXPECT_EQ(fakeos::console(), at(fn, 1275) + "Error = Couldn't get mac for the interface\n");
 
   fakeos::reset();
   fakeos::setFile(kFile, "eth0>\n");
   EXPECT_EQ(zintu_scapi_getMacFromFile("eth0", mac), -1);
-  EXPECT_EQ(fakeos::console(), "\n\n\t[zintu_scapi_getMacFromFile : 1260] strtok_r is Failure\n");
+  EXPECT_EQ(fakeos::console(), at(fn, 1260) + "strtok_r is Failure\n");
 
   fakeos::reset();
   fakeos::failOpen(kFile);
   EXPECT_EQ(zintu_scapi_getMacFromFile("eth0", mac), -1);
-  EXPECT_EQ(fakeos::console(), "\n\n\t[zintu_scapi_getMacFromFile : 1240] fopen is Failure\n");
+  EXPECT_EQ(fakeos::console(), at(fn, 1240) + "fopen is Failure\n");
   EXPECT_STREQ(mac, "unchanged");
 
   // A line longer than 63 characters is read in pieces; an over-long MAC

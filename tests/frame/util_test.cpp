@@ -6,165 +6,63 @@
 
 #include "caltofal.h"
 #include "fake_os.h"
+#include "frame_test_util.h"
 
 namespace {
 
-TEST(Strupr, UpperCasesAsciiLettersOnly) {
-  char text[] = "mac-aa:bb\xe9z";
-  EXPECT_EQ(strupr(text), text);
-  EXPECT_STREQ(text, "MAC-AA:BB\xe9Z");
-  EXPECT_EQ(strupr(nullptr), nullptr);
-}
-
-TEST(ReverseString, SwapsFromBothEnds) {
+// In-place helpers: input, expected text afterwards.
+TEST(TextHelpers, InPlaceEdits) {
   struct {
+    char *(*apply)(char *);
     const char *in;
-    const char *out;
-  } cases[] = {{"abcd", "dcba"}, {"abc", "cba"}, {"a", "a"}, {"", ""}};
-  for (const auto &c : cases) {
-    char buf[8];
-    std::strcpy(buf, c.in);
-    reverse_string(buf);
-    EXPECT_STREQ(buf, c.out) << c.in;
-  }
-  reverse_string(nullptr);
-}
-
-TEST(TrimStartSpace, StopsAtNewlineAndLeavesTextAlone) {
-  char text[] = " \t\r\v\f \nabc";
-  EXPECT_EQ(trim_start_space(text), text + 6);
-  char plain[] = "abc";
-  EXPECT_EQ(trim_start_space(plain), plain);
-  char blanks[] = "   ";
-  EXPECT_STREQ(trim_start_space(blanks), "");
-  EXPECT_STREQ(text, " \t\r\v\f \nabc");
-}
-
-TEST(RemoveRssTag, CutsThePayloadOutInPlace) {
-  struct {
-    const char *in;
-    const char *tag;
     const char *out;
   } cases[] = {
-      {"  <ssid>Home Net</ssid>\n", "<ssid>", "Home Net"},
-      {"<title>a</b>c</title> trailing", "<title>", "a</b>c"},  // last "</" closes
-      {"<t></t>", "<t>", ""},
-      {"<x>payload</x>", "<y>", "payload"},  // the tag's text is not compared
+      {strupr, "mac-aa:bb\xe9z", "MAC-AA:BB\xe9Z"},
+      {[](char *t) { return reverse_string(t), t; }, "abcd", "dcba"},
+      {[](char *t) { return reverse_string(t), t; }, "abc", "cba"},
+      {[](char *t) { return reverse_string(t), t; }, "", ""},
+      {[](char *t) { return remove_rss_tag(t, "<ssid>"); }, "  <ssid>Home Net</ssid>\n", "Home Net"},
+      {[](char *t) { return remove_rss_tag(t, "<t>"); }, "<t>a</b>c</t> x", "a</b>c"},  // last "</"
+      {[](char *t) { return remove_rss_tag(t, "<y>"); }, "<x>payload</x>", "payload"},  // not compared
+      {[](char *t) { return remove_rss_tag(t, "<a>"); }, "<a>text", "<a>text"},  // no close: kept
   };
   for (const auto &c : cases) {
-    char buf[128];
+    char buf[256];
     std::snprintf(buf, sizeof buf, "%s", c.in);
-    EXPECT_EQ(remove_rss_tag(buf, c.tag), buf);
+    EXPECT_EQ(c.apply(buf), buf);
     EXPECT_STREQ(buf, c.out) << c.in;
   }
-}
-
-TEST(RemoveRssTag, KeepsAtMost127CharactersAndSurvivesAMissingCloseTag) {
-  std::string payload(200, 'p');
-  std::string element = "<a>" + payload + "</a>";
-  char buf[256];
-  std::snprintf(buf, sizeof buf, "%s", element.c_str());
-  remove_rss_tag(buf, "<a>");
-  // The 127-byte work buffer holds the body's first 127 characters, which
-  // contain no closing tag: the text is left as it was.
-  EXPECT_STREQ(buf, element.c_str());
-
-  char shortElement[128] = "<a>" "0123456789" "</a>";
-  remove_rss_tag(shortElement, "<a>");
-  EXPECT_STREQ(shortElement, "0123456789");
-
-  char noClose[] = "<a>text";
-  EXPECT_STREQ(remove_rss_tag(noClose, "<a>"), "<a>text");
+  EXPECT_EQ(strupr(nullptr), nullptr);
   EXPECT_EQ(remove_rss_tag(nullptr, "<a>"), nullptr);
 }
 
-class GetFromShellTest : public ::testing::Test {
- protected:
-  void SetUp() override { fakeos::reset(); }
-};
-
-TEST_F(GetFromShellTest, ReturnsFirstLineWithOneTrailingBlankRemoved) {
-  fakeos::onCommand("printf 'x\\ny\\n'", {"x\ny\n"});
-  fakeos::onCommand("two", {"abc  \n"});
-  fakeos::onCommand("noeol", {"abc"});
-  char out[128];
-  EXPECT_EQ(get_from_shell("printf 'x\\ny\\n'", out), out);
-  EXPECT_STREQ(out, "x");
-  get_from_shell("two", out);
-  EXPECT_STREQ(out, "abc  ");
-  get_from_shell("noeol", out);
-  EXPECT_STREQ(out, "abc");
-  EXPECT_EQ(fakeos::console(), "");
+TEST(TextHelpers, TrimStartSpaceStopsAtNewline) {
+  char text[] = " \t\r\v\f \nabc";
+  EXPECT_EQ(trim_start_space(text), text + 6);
+  EXPECT_STREQ(text, " \t\r\v\f \nabc");
 }
 
-TEST_F(GetFromShellTest, LongLineIsCutAt127) {
-  fakeos::onCommand("long", {std::string(300, 'z') + "\n"});
-  char out[128];
-  get_from_shell("long", out);
-  EXPECT_EQ(std::string(out), std::string(127, 'z'));
+TEST(TextHelpers, RemoveRssTagWorksWithin127Characters) {
+  // The body's first 127 characters hold no closing tag: left as it was.
+  std::string element = "<a>" + std::string(200, 'p') + "</a>";
+  char buf[256];
+  std::snprintf(buf, sizeof buf, "%s", element.c_str());
+  EXPECT_STREQ(remove_rss_tag(buf, "<a>"), element.c_str());
 }
 
-TEST_F(GetFromShellTest, FailureTracesAreExact) {
-  char out[128];
-  std::memset(out, 'q', sizeof out);
-  get_from_shell("true", out);  // prints nothing
-  EXPECT_EQ(fakeos::console(),
-            "[ZINTU VOLA FAL] (ZintuMeshGrove:110, get_from_shell) [ERROR] fgets function "
-            "failed. \n"
-            "[ZINTU VOLA FAL] (ZintuMeshGrove:134, get_from_shell) [ERROR] Received CMD [true] "
-            "returns [] \n");
-  EXPECT_EQ(out[0], '\0');
-  EXPECT_EQ(out[127], '\0');
-
-  fakeos::reset();
-  fakeos::onCommand("broken", {"", 0, true});
-  get_from_shell("broken", out);
-  EXPECT_EQ(fakeos::console(),
-            "[ZINTU VOLA FAL] (ZintuMeshGrove:102, get_from_shell) [ERROR] popen failed with "
-            "[broken] \n"
-            "[ZINTU VOLA FAL] (ZintuMeshGrove:134, get_from_shell) [ERROR] Received CMD [broken] "
-            "returns [] \n");
-
-  fakeos::reset();
-  get_from_shell("", out);
-  get_from_shell(nullptr, nullptr);
-  EXPECT_EQ(fakeos::console(),
-            "[ZINTU VOLA FAL] (ZintuMeshGrove:95, get_from_shell) [ERROR] Received arg CMD [] or "
-            "return buffer is NULL \n"
-            "[ZINTU VOLA FAL] (ZintuMeshGrove:134, get_from_shell) [ERROR] Received CMD [] "
-            "returns [] \n"
-            "[ZINTU VOLA FAL] (ZintuMeshGrove:95, get_from_shell) [ERROR] Received arg CMD "
-            "[(null)] or return buffer is NULL \n"
-            "[ZINTU VOLA FAL] (ZintuMeshGrove:134, get_from_shell) [ERROR] Received CMD [(null)] "
-            "returns [(null)] \n");
-  EXPECT_EQ(fakeos::commands().size(), 0u);
-}
-
-TEST_F(GetFromShellTest, CommandRunsAsGiven) {
-  const char *command = "echo 'a;b' | tr a b; $(x) `y`";
-  char out[128];
-  get_from_shell(command, out);
-  ASSERT_EQ(fakeos::commands().size(), 1u);
-  EXPECT_EQ(fakeos::commands()[0], command);
-}
-
-TEST(Atob, OnlyOneAndTrueInAnyCase) {
-  struct {
-    const char *text;
-    int expected;
-  } cases[] = {{"1", 1},   {"true", 1},  {"True", 1}, {"TRUE", 1},  {"10", 0},  {"yes", 0},
-               {"on", 0},  {"TRUE1", 0}, {"", 0},     {" true", 0}, {"0", 0}};
-  for (const auto &c : cases) EXPECT_EQ(atob(c.text), c.expected) << c.text;
+TEST(TextHelpers, AtobAcceptsOnlyOneAndTrue) {
+  for (const char *yes : {"1", "true", "True", "TRUE"}) EXPECT_EQ(atob(yes), 1) << yes;
+  for (const char *no : {"10", "yes", "on", "TRUE1", "", " true", "0"}) EXPECT_EQ(atob(no), 0);
   EXPECT_EQ(atob(nullptr), 0);
 }
 
-TEST(Itoa, PositiveValuesOnly) {
+TEST(TextHelpers, ItoaWritesPositiveValuesOnly) {
   struct {
     int value;
     const char *text;
-  } cases[] = {{0, ""},     {-5, ""},        {1, "1"},          {9, "9"},
-               {10, "10"},  {305, "305"},    {999999, "999999"}, {1000000, "1000000"},
-               {123456789, "123456789"}, {2147483647, "2147483647"}};
+  } cases[] = {{0, ""},          {-5, ""},        {9, "9"},
+               {10, "10"},       {305, "305"},    {1000000, "1000000"},
+               {999999999, "999999999"}, {2147483647, "2147483647"}};
   for (const auto &c : cases) {
     char buf[16];
     std::memset(buf, 'x', sizeof buf);
@@ -172,6 +70,59 @@ TEST(Itoa, PositiveValuesOnly) {
     EXPECT_STREQ(buf, c.text) << c.value;
   }
   EXPECT_EQ(itoa(5, nullptr), -1);
+}
+
+class GetFromShellTest : public ::testing::Test {
+ protected:
+  void SetUp() override { fakeos::reset(); }
+  static std::string trace(int line, const std::string &text) {
+    return tag("ZintuMeshGrove", line, "get_from_shell") + text;
+  }
+};
+
+TEST_F(GetFromShellTest, FirstLineCutAt127WithOneTrailingBlankRemoved) {
+  struct {
+    const char *output;
+    std::string expected;
+  } cases[] = {{"x\ny\n", "x"}, {"abc  \n", "abc  "}, {"abc", "abc"},
+               {nullptr, std::string(127, 'z')}};
+  for (const auto &c : cases) {
+    std::string output = c.output != nullptr ? c.output : std::string(300, 'z') + "\n";
+    fakeos::onCommand("cmd", {output});
+    char out[128];
+    EXPECT_EQ(get_from_shell("cmd", out), out);
+    EXPECT_EQ(std::string(out), c.expected);
+  }
+  EXPECT_EQ(fakeos::console(), "");
+}
+
+TEST_F(GetFromShellTest, FailuresAreTracedAndClearTheOutput) {
+  fakeos::onCommand("broken", {"", 0, true});
+  char out[128];
+  std::memset(out, 'q', sizeof out);
+  get_from_shell("true", out);  // prints nothing
+  EXPECT_EQ(out[0], '\0');
+  EXPECT_EQ(out[127], '\0');
+  get_from_shell("broken", out);
+  get_from_shell("", out);
+  get_from_shell(nullptr, nullptr);
+  EXPECT_EQ(fakeos::console(),
+            trace(110, "[ERROR] fgets function failed. \n") +
+                trace(134, "[ERROR] Received CMD [true] returns [] \n") +
+                trace(102, "[ERROR] popen failed with [broken] \n") +
+                trace(134, "[ERROR] Received CMD [broken] returns [] \n") +
+                trace(95, "[ERROR] Received arg CMD [] or return buffer is NULL \n") +
+                trace(134, "[ERROR] Received CMD [] returns [] \n") +
+                trace(95, "[ERROR] Received arg CMD [(null)] or return buffer is NULL \n") +
+                trace(134, "[ERROR] Received CMD [(null)] returns [(null)] \n"));
+  EXPECT_EQ(fakeos::commands(), (std::vector<std::string>{"true", "broken"}));
+}
+
+TEST_F(GetFromShellTest, CommandRunsAsGiven) {
+  const char *command = "echo 'a;b' | tr a b; $(x) `y`";
+  char out[128];
+  get_from_shell(command, out);
+  EXPECT_EQ(fakeos::commands(), std::vector<std::string>{command});
 }
 
 }  // namespace

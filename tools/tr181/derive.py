@@ -330,6 +330,11 @@ class Model:
             param.ref = sorted(resolve_relative(p, obj.path, self.root) for p in parents)
 
 
+# Subtrees a home gateway of this kind never carries, left out to keep the list
+# compact: software modules (execution environments and their capabilities).
+OMITTED_SUBTREES = ("Device.SoftwareModules.",)
+
+
 def render(model, source_name, notice):
     out = ["# TR-181 %s object, parameter and value list" % model.root.rstrip("."),
            "# Derived from %s by tools/tr181/derive.py; do not edit by hand." % source_name,
@@ -343,6 +348,8 @@ def render(model, source_name, notice):
         out.append("# with its list of contributors, stands at the top of that document.")
         out.extend(("# " + line).rstrip() for line in notice)
     for path in sorted(model.objects):
+        if path.startswith(OMITTED_SUBTREES):
+            continue
         obj = model.objects[path]
         out.append("O " + path + (" " + obj.num_entries if obj.num_entries else ""))
         for name in sorted(obj.params):
