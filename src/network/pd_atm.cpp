@@ -1,0 +1,87 @@
+// IPv6 prefix delegation switch, and the ATM circuit of the first ATM link.
+#include <cstring>
+
+#include "caltofal.h"
+#include "frame/message.h"
+#include "network/walk.h"
+
+using namespace caltofal;
+using namespace caltofal::net;
+
+namespace {
+
+// ATM texts are read when they have 1 to 31 characters.
+constexpr std::size_t kAtmTextMax = 31;
+
+// The first parameter of that name in the object whose value has 1 to 31
+// characters; longer and empty ones are passed over.
+const char *firstShortParam(ObjList *obj, const char *name) {
+  for (ParamList *param : paramsOf(obj)) {
+    if (!sameName(param->sParamName, name)) continue;
+    std::size_t length = strnlen(param->sParamValue, kAtmTextMax + 1);
+    if (length >= 1 && length <= kAtmTextMax) return param->sParamValue;
+  }
+  return nullptr;
+}
+
+// "VPI/VCI": both numbers when both pieces are there.
+void readCircuit(const char *destination, ZintuWanInfo &info) {
+  char work[32] = {0};
+  std::memcpy(work, destination, std::strlen(destination));
+  char *rest = nullptr;
+  const char *vpi = strtok_r(work, "/", &rest);
+  const char *vci = vpi != nullptr ? strtok_r(nullptr, "/", &rest) : nullptr;
+  if (vpi == nullptr || vci == nullptr) return;
+  info.nAtmVpi = decimalOf(vpi);
+  info.nAtmVci = decimalOf(vci);
+}
+
+}  // namespace
+
+extern "C" {
+
+CALTOFAL_API int32_t ZintuGet_IPv6PD(void) {
+  Message msg;
+  int rc = getObject(msg, "Device.X_ZINTU_CurrentNetwork");
+  if (rc != 0) {
+    traceFailure("ZintuGet_IPv6PD", 1442, rc, "faltocal_send_main is Failure\n");
+    return -1;
+  }
+  int enabled = 0;
+  for (ObjList *obj : objectsOf(msg)) {
+    for (ParamList *param : paramsOf(obj)) {
+      if (std::strcmp(param->sParamName, "EnableIpv6PD") == 0 &&
+          std::strstr(param->sParamValue, "true") != nullptr) {
+        enabled = 1;
+      }
+    }
+  }
+  return enabled;
+}
+
+CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info) {
+  if (info == nullptr) return -1;
+  Message msg;
+  int rc = getObject(msg, "Device.ATM.Link.1.");
+  if (rc != 0) {
+    traceFailure("ZintuGet_AtmInfo", 1475, rc, "faltocal_send_main is Failure\n");
+    return -1;
+  }
+  for (ObjList *obj : objectsOf(msg)) {
+    if (const char *destination = firstShortParam(obj, "DestinationAddress")) {
+      readCircuit(destination, *info);
+    }
+  }
+
+  rc = getObject(msg, "Device.ATM.Link.1.QoS.");
+  if (rc != 0) {
+    traceFailure("ZintuGet_AtmInfo", 1513, rc, "faltocal_send_main is Failure\n");
+    return -1;
+  }
+  for (ObjList *obj : objectsOf(msg)) {
+    if (const char *qos = firstShortParam(obj, "QoSClass")) copyChars(info->sAtmQoSClass, qos);
+  }
+  return 0;
+}
+
+}  // extern "C"

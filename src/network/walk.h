@@ -1,0 +1,117 @@
+// Shared pieces of the network getters: the requests they make, reading
+// values out of an answer, the tests they apply to values, and bounded
+// writes into the caller's records.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include "caltofal.h"
+#include "frame/message.h"
+#include "help_objlist.h"
+
+namespace caltofal::net {
+
+// ---- Requests (each releases what the message held before) ----------------
+
+// Whole object: faltocal_send_main(msg, object, "get", "get", 0).
+int getObject(Message &msg, const char *object);
+// One named parameter of an object: faltocal_send_main(..., 1, name).
+int getObjectParam(Message &msg, const char *object, const char *name);
+// Unfiltered multi-object get: faltocal_SendMultiObj(1, 256, 2, ..., "get", "get", 0).
+int getTree(Message &msg, const char *object);
+// The instances of a table whose `param` begins with `value`:
+// faltocal_SendMultiObj(1, 256, 2, ..., "get_filter_by_param_value", "get", 1, param, value).
+int getFiltered(Message &msg, const char *table, const char *param, const char *value);
+
+// ---- Reading an answer ------------------------------------------------------
+
+// A parameter's value through the frame's lookup, which notes a missing
+// parameter on the console; nullptr when the object has none.
+const char *lookup(ObjList *obj, const char *name);
+// The first parameter of that name in one object, found silently.
+const char *paramIn(ObjList *obj, const char *name);
+
+// ---- Value tests ------------------------------------------------------------
+
+inline bool isEmpty(const char *value) {
+  return value == nullptr || value[0] == '\0';
+}
+// strncmp(text, prefix, prefix.size()) == 0.
+bool startsWith(const char *text, std::string_view prefix);
+// The same, ignoring ASCII case.
+bool startsWithNoCase(const char *text, std::string_view prefix);
+inline bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+// A switched-on flag: first character '1', or "true" in any case.
+bool isOn(const char *value);
+// Decimal number as atoi reads it (leading blanks, sign, digits; 0 when
+// there are none), held to the int range.
+int decimalOf(std::string_view text);
+// The Origin of an IPv4 forwarding entry that names a WAN's gateway.
+bool isGatewayOrigin(const char *origin);
+
+// An object path made to end in exactly one '.', for comparing references.
+class DottedPath {
+ public:
+  explicit DottedPath(const char *path);
+  const char *c_str() const { return text_; }
+  std::string_view view() const { return {text_, std::strlen(text_)}; }
+  // A reference value equals this path once a missing trailing dot is added.
+  bool matches(const char *reference) const;
+
+ private:
+  char text_[257] = {0};  // up to 255 path characters and the added dot
+};
+
+// ---- Record fields -----------------------------------------------------------
+
+// A field's text, never read past the field (it may hold no terminator).
+template <std::size_t N>
+std::string_view fieldText(const char (&field)[N]) {
+  return std::string_view(field, strnlen(field, N));
+}
+
+// A field's text as a terminated string (cut to `out`'s width).
+template <std::size_t M, std::size_t N>
+void terminatedCopy(char (&out)[M], const char (&field)[N]) {
+  std::string_view text = fieldText(field);
+  std::size_t n = text.size() < M ? text.size() : M - 1;
+  std::memcpy(out, text.data(), n);
+  out[n] = '\0';
+}
+
+// A fixed word's characters without a terminator, into a zero-filled field.
+template <std::size_t N>
+void putWord(char (&field)[N], std::string_view word) {
+  std::size_t n = word.size() < N ? word.size() : N - 1;
+  std::memcpy(field, word.data(), n);
+}
+
+// A value whose length is at most the field's width, copied exactly,
+// without a terminator; a longer one is left out.
+template <std::size_t N>
+void copyWhenFits(char (&field)[N], const char *value) {
+  if (value == nullptr) return;
+  std::size_t n = strnlen(value, N + 1);
+  if (n <= N) std::memcpy(field, value, n);
+}
+
+// "interface.name" ("%s.%s"), cut to the 256-byte path buffer.
+void subPath(char (&out)[256], const char *interface, const char *name);
+
+// ---- Console -----------------------------------------------------------------
+
+// "\n\n\t[function : line] (code)" followed by the message.
+void traceFailure(const char *function, int line, int code, const char *message);
+
+// ---- Shared steps ------------------------------------------------------------
+
+// The default gateway of a WAN from its IPv4 forwarding entries (filtered by
+// the interface path with its trailing dot): every entry with a gateway and a
+// WAN origin is taken, the last one wins. Returns the request's code.
+int readIpv4Gateway(Message &msg, const char *dottedInterface, char (&gateway)[16]);
+
+}  // namespace caltofal::net

@@ -1,0 +1,65 @@
+// Replays the transcripts of models/: each command's exact output, error
+// text and exit status; every JSON output must parse.
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tool_runner.h"
+
+namespace clitest {
+namespace {
+
+struct Step {
+  int line = 0;
+  Args args;
+  int status = 0;
+  std::string out;
+  std::string err;
+};
+
+std::vector<Step> readTranscript(const std::string &text) {
+  std::vector<Step> steps;
+  int number = 0;
+  for (const std::string &line : splitLines(text)) {
+    ++number;
+    if (line.rfind("$ ", 0) == 0) {
+      steps.push_back(Step{number, {}, 0, {}, {}});
+      std::istringstream words(line.substr(2));
+      for (std::string word; words >> word;) steps.back().args.push_back(word);
+    } else if (!steps.empty() && !line.empty() && line[0] != '#') {
+      std::string rest = line.size() > 2 ? line.substr(2) : std::string();
+      if (line[0] == '|') steps.back().out += rest + "\n";
+      if (line[0] == '!') steps.back().err += rest + "\n";
+      if (line[0] == '?') steps.back().status = std::stoi(rest);
+    }
+  }
+  return steps;
+}
+
+// Each transcript runs in order on a scratch copy of the model of its name.
+class Transcript : public ::testing::TestWithParam<const char *> {};
+
+TEST_P(Transcript, MatchesTheToolsOutput) {
+  const std::string name = GetParam();
+  Sandbox box;
+  writeFile(box.path("model"), fixture(name + ".model"));
+  std::vector<Step> steps = readTranscript(fixture(name + ".transcript"));
+  ASSERT_FALSE(steps.empty());
+  for (const Step &step : steps) {
+    Args args{"--model", box.path("model")};
+    args.insert(args.end(), step.args.begin(), step.args.end());
+    Outcome o = box.run(args);
+    std::string where = name + ".transcript:" + std::to_string(step.line);
+    EXPECT_TRUE(endedWith(o, {step.status})) << where;
+    EXPECT_EQ(o.out, step.out) << where;
+    EXPECT_EQ(o.err, step.err) << where;
+    if (step.args[0] == "--json" && step.status == 0) {
+      EXPECT_TRUE(nlohmann::json::accept(o.out)) << where;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Models, Transcript,
+                         ::testing::Values("gateway", "empty", "bridge", "partial"));
+
+}  // namespace
+}  // namespace clitest

@@ -1,0 +1,47 @@
+// The tool's commands. Each returns an exit code (failure.h); output goes
+// to standard output, failures to standard error. Their arguments have
+// passed the checks below.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model_location.h"
+
+namespace cli {
+
+struct Options {
+  bool json = false;
+  bool showSecrets = false;
+  std::string model;  // --model FILE, empty for the working copy
+};
+
+// Argument checks for the parser, run before anything is touched: empty
+// when the argument is fine, else what is wrong with it.
+// An object path must be one the request frame sends as one object: not
+// empty, at most 255 characters, without '&' (its queue mark) and not "query".
+std::string objectPathProblem(const std::string &path);
+std::string paramNameProblem(const std::string &name);         // not empty, at most 255
+std::string assignmentProblem(const std::string &assignment);  // NAME=VALUE, as above
+std::string notEmptyProblem(const std::string &text);
+
+// Configuration objects.
+int runGet(const Options &options, const std::string &path, const std::vector<std::string> &names);
+int runSet(const Options &options, const std::string &path,
+           const std::vector<std::string> &assignments, bool dbOnly);
+int runHost(const Options &options, const std::string &address);
+int runJournal(const Options &options, const ModelFile &model);
+int runReset(const Options &options);
+
+// Network pages.
+int runOpMode(const Options &options);
+int runWan(const Options &options);
+int runWanBridge(const Options &options, bool wifi);
+int runWanDns(const Options &options, const std::string &ipInterface, bool staticOnly);
+int runWanUciSection(const Options &options, const std::string &connMode, bool byConnMode);
+int runWanLowerLayers(const Options &options, const std::string &path);
+int runWanEthObject(const Options &options);
+int runIpv6Pd(const Options &options);
+int runAtm(const Options &options);
+
+}  // namespace cli

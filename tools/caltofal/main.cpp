@@ -1,0 +1,223 @@
+// caltofal: reads and changes the gateway's configuration through the
+// library, one command per run. Exit status: 0 done, 1 a call failed,
+// 2 a usage error.
+#include <CLI/CLI.hpp>
+#include <cstring>
+#include <functional>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+#include "failure.h"
+#include "model_location.h"
+#include "output.h"
+
+namespace {
+
+using cli::Options;
+
+constexpr const char *kProgram = "caltofal [--model FILE] [--json] ";
+
+struct UsageLine {
+  const char *command;
+  const char *line;
+};
+
+// One usage line per command, printed with a usage error.
+constexpr UsageLine kUsageLines[] = {
+    {"get", "get PATH [PARAM...]"},
+    {"set", "set PATH NAME=VALUE... [--db-only]"},
+    {"host", "host MAC|IP"},
+    {"journal", "journal"},
+    {"reset", "reset"},
+    {"opmode", "opmode"},
+    {"wan", "wan [--show-secrets] | wan {bridge|dns|uci-section|lower-layers|eth-object} ..."},
+    {"wan bridge", "wan bridge [--wifi]"},
+    {"wan dns", "wan dns IFACE [--static]"},
+    {"wan uci-section", "wan uci-section [CONNMODE]"},
+    {"wan lower-layers", "wan lower-layers PATH"},
+    {"wan eth-object", "wan eth-object"},
+    {"ipv6pd", "ipv6pd"},
+    {"atm", "atm"},
+};
+constexpr const char *kAnyCommand =
+    "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm} [ARG...]  (caltofal --help)";
+
+const char *usageOf(const std::string &command) {
+  for (const UsageLine &usage : kUsageLines) {
+    if (command == usage.command) return usage.line;
+  }
+  return kAnyCommand;
+}
+
+bool isCommand(const std::string &word, const std::string &prefix) {
+  std::string wanted = prefix.empty() ? word : prefix + " " + word;
+  for (const UsageLine &usage : kUsageLines) {
+    if (wanted == usage.command) return true;
+  }
+  return false;
+}
+
+// The command that the arguments name (for its usage line), found without
+// the parser, which may have stopped anywhere. `unknown` receives the first
+// word when it names no command.
+std::string commandOf(int argc, char **argv, std::string *unknown) {
+  std::string command;
+  for (int i = 1; i < argc; ++i) {
+    std::string word = argv[i];
+    if (word == "--") break;
+    if (word == "--model") {
+      ++i;
+      continue;
+    }
+    if (word.empty() || word[0] == '-') continue;
+    if (command.empty() && isCommand(word, {})) {
+      command = word;
+      if (command != "wan") break;
+    } else if (command == "wan" && isCommand(word, "wan")) {
+      return "wan " + word;
+    } else {
+      if (command.empty()) *unknown = word;
+      break;
+    }
+  }
+  return command;
+}
+
+int usageError(const std::string &message, const std::string &command) {
+  std::cout.flush();
+  std::cerr << "caltofal: " << cli::printable(message) << '\n'
+            << "usage: " << kProgram << usageOf(command) << '\n';
+  return cli::kUsage;
+}
+
+// The model of a command that calls the library, chosen before its first call.
+bool prepareModel(const Options &options) {
+  cli::ModelFile model;
+  std::string error;
+  if (!cli::locateModel(options.model, true, &model, &error) || !cli::selectModel(model, &error)) {
+    cli::reportError(error);
+    return false;
+  }
+  return true;
+}
+
+int run(int argc, char **argv) {
+  CLI::App app{"Reads and changes the gateway's configuration through libcaltofal.", "caltofal"};
+  Options options;
+  CLI::Option *modelOption = app.add_option(
+      "--model", options.model, "Run on this model file (default: a working copy of the sample)");
+  app.add_flag("--json", options.json, "Print JSON");
+  app.add_flag("--show-secrets", options.showSecrets, "Show the PPP password of the wan page");
+  app.require_subcommand(1);
+  app.fallthrough();
+
+  const CLI::Validator objectPath(cli::objectPathProblem, "");
+  const CLI::Validator paramName(cli::paramNameProblem, "");
+  const CLI::Validator assignment(cli::assignmentProblem, "");
+  const CLI::Validator notEmpty(cli::notEmptyProblem, "");
+
+  std::function<int()> action;
+  std::string path;
+  std::vector<std::string> words;
+  bool flag = false;
+
+  CLI::App *get = app.add_subcommand("get", "Print objects and their parameters");
+  get->add_option("PATH", path, "Object path")->required()->check(objectPath);
+  get->add_option("PARAM", words, "Only these parameters")->check(paramName);
+  get->callback([&] { action = [&] { return cli::runGet(options, path, words); }; });
+
+  CLI::App *set = app.add_subcommand("set", "Write parameters of one object");
+  set->add_option("PATH", path, "Object path")->required()->check(objectPath);
+  set->add_option("NAME=VALUE", words, "Parameter and its new value")
+      ->required()
+      ->check(assignment);
+  set->add_flag("--db-only", flag, "Store only, do not apply");
+  set->callback([&] { action = [&] { return cli::runSet(options, path, words, flag); }; });
+
+  CLI::App *host = app.add_subcommand("host", "Print the host table instance of an address");
+  host->add_option("ADDRESS", path, "MAC or IPv4 address")->required();
+  host->callback([&] { action = [&] { return cli::runHost(options, path); }; });
+
+  CLI::App *journal = app.add_subcommand("journal", "Show what was applied to the model");
+  CLI::App *reset = app.add_subcommand("reset", "Start the working copy over from the sample");
+
+  CLI::App *opmode = app.add_subcommand("opmode", "Print the operation mode");
+  opmode->callback([&] { action = [&] { return cli::runOpMode(options); }; });
+
+  CLI::App *wan = app.add_subcommand("wan", "The default WAN summary, or one of its pages");
+  wan->require_subcommand(0, 1);
+  wan->callback([&] {
+    if (!action) action = [&] { return cli::runWan(options); };
+  });
+  CLI::App *bridge = wan->add_subcommand("bridge", "The bridged WAN");
+  bridge->add_flag("--wifi", flag, "The WAN link is Wi-Fi");
+  bridge->callback([&] { action = [&] { return cli::runWanBridge(options, flag); }; });
+  CLI::App *dns = wan->add_subcommand("dns", "DNS servers of a WAN IP interface");
+  dns->add_option("IFACE", path, "IP interface path")->required()->check(notEmpty);
+  dns->add_flag("--static", flag, "Only statically configured servers");
+  dns->callback([&] { action = [&] { return cli::runWanDns(options, path, flag); }; });
+  CLI::App *uci = wan->add_subcommand("uci-section", "UCI section of a connection mode");
+  CLI::Option *connMode =
+      uci->add_option("CONNMODE", path, "Connection mode (default WAN)")->check(notEmpty);
+  uci->callback([&] {
+    action = [&] { return cli::runWanUciSection(options, path, connMode->count() > 0); };
+  });
+  CLI::App *lower = wan->add_subcommand("lower-layers", "LowerLayers of an object");
+  lower->add_option("PATH", path, "Object path")->required()->check(objectPath);
+  lower->callback([&] { action = [&] { return cli::runWanLowerLayers(options, path); }; });
+  CLI::App *eth = wan->add_subcommand("eth-object", "IP interface of the Ethernet WAN");
+  eth->callback([&] { action = [&] { return cli::runWanEthObject(options); }; });
+
+  CLI::App *ipv6pd = app.add_subcommand("ipv6pd", "Is IPv6 prefix delegation on?");
+  ipv6pd->callback([&] { action = [&] { return cli::runIpv6Pd(options); }; });
+  CLI::App *atm = app.add_subcommand("atm", "The ATM link");
+  atm->callback([&] { action = [&] { return cli::runAtm(options); }; });
+
+  std::string unknown;
+  std::string command = commandOf(argc, argv, &unknown);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success &e) {
+    return app.exit(e);
+  } catch (const CLI::ParseError &e) {
+    return usageError(unknown.empty() ? e.what() : "unknown command " + unknown, command);
+  }
+  if (modelOption->count() > 0 && options.model.empty()) {
+    return usageError("--model needs a file name", command);
+  }
+
+  try {
+    if (reset->parsed()) return cli::runReset(options);
+    if (journal->parsed()) {
+      cli::ModelFile model;
+      std::string error;
+      if (!cli::locateModel(options.model, false, &model, &error)) return cli::reportError(error);
+      return cli::runJournal(options, model);
+    }
+    if (!action) return usageError("no command", command);
+    if (!prepareModel(options)) return cli::kFailed;
+    return action();
+  } catch (const cli::UsageError &e) {
+    return usageError(e.what(), command);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  int status = cli::kFailed;
+  try {
+    status = run(argc, argv);
+  } catch (const std::exception &e) {
+    std::cerr << "caltofal: " << cli::printable(e.what()) << '\n';
+    status = cli::kFailed;
+  }
+  std::cout.flush();
+  if (!std::cout) {
+    std::cerr << "caltofal: cannot write the output\n";
+    return cli::kFailed;
+  }
+  return status;
+}
