@@ -31,6 +31,14 @@ State &state() {
   return s;
 }
 
+// Runs f on the state under its lock and returns what f returns.
+template <typename F>
+auto locked(F f) {
+  State &s = state();
+  std::lock_guard<std::mutex> guard(s.lock);
+  return f(s);
+}
+
 // Runs a command: records it, performs its file writes, returns its reply.
 fakeos::Reply execute(const char *command) {
   State &s = state();
@@ -107,49 +115,41 @@ int run(const char *command) {
 }
 
 bool exists(const char *path) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  return path != nullptr && (s.files.count(path) != 0 || s.paths.count(path) != 0);
+  return locked([&](State &s) {
+    return path != nullptr && (s.files.count(path) != 0 || s.paths.count(path) != 0);
+  });
 }
 
 int consoleWrite(const char *data, std::size_t len) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  if (s.consoleFails) return -1;
-  s.console.emplace_back(data, len);
-  return 0;
+  return locked([&](State &s) {
+    if (s.consoleFails) return -1;
+    s.console.emplace_back(data, len);
+    return 0;
+  });
 }
 
 void syslogLine(int priority, const char *text) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.syslog.emplace_back(priority, text);
+  locked([&](State &s) { s.syslog.emplace_back(priority, text); });
 }
 
 void stdoutWrite(const char *data, std::size_t len) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.out.append(data, len);
+  locked([&](State &s) { s.out.append(data, len); });
 }
 
 void stderrWrite(const char *data, std::size_t len) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.err.append(data, len);
+  locked([&](State &s) { s.err.append(data, len); });
 }
 
 bool localNow(std::tm *out) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  if (!s.time) return false;
-  *out = *s.time;
-  return true;
+  return locked([&](State &s) {
+    if (!s.time) return false;
+    *out = *s.time;
+    return true;
+  });
 }
 
 void sleepSeconds(unsigned seconds) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.sleeps.push_back(seconds);
+  locked([&](State &s) { s.sleeps.push_back(seconds); });
 }
 
 }  // namespace caltofal::os
@@ -157,114 +157,75 @@ void sleepSeconds(unsigned seconds) {
 namespace fakeos {
 
 void reset() {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.replies.clear();
-  s.commands.clear();
-  s.files.clear();
-  s.failing.clear();
-  s.paths.clear();
-  s.console.clear();
-  s.consoleFails = false;
-  s.syslog.clear();
-  s.out.clear();
-  s.err.clear();
-  s.time.reset();
-  s.sleeps.clear();
+  locked([](State &s) {
+    State fresh;
+    s.replies.swap(fresh.replies);
+    s.commands.swap(fresh.commands);
+    s.files.swap(fresh.files);
+    s.failing.swap(fresh.failing);
+    s.paths.swap(fresh.paths);
+    s.console.swap(fresh.console);
+    s.consoleFails = false;
+    s.syslog.swap(fresh.syslog);
+    s.out.clear();
+    s.err.clear();
+    s.time.reset();
+    s.sleeps.clear();
+  });
 }
 
 void onCommand(const std::string &command, Reply reply) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.replies[command] = std::move(reply);
+  locked([&](State &s) { s.replies[command] = std::move(reply); });
 }
-
 std::vector<std::string> commands() {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  return s.commands;
+  return locked([](State &s) { return s.commands; });
 }
-
 void setFile(const std::string &path, const std::string &content) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.files[path] = content;
+  locked([&](State &s) { s.files[path] = content; });
 }
-
 void removeFile(const std::string &path) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.files.erase(path);
+  locked([&](State &s) { s.files.erase(path); });
 }
-
 std::optional<std::string> file(const std::string &path) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  auto it = s.files.find(path);
-  if (it == s.files.end()) return std::nullopt;
-  return it->second;
+  return locked([&](State &s) -> std::optional<std::string> {
+    auto it = s.files.find(path);
+    if (it == s.files.end()) return std::nullopt;
+    return it->second;
+  });
 }
-
 void failOpen(const std::string &path) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.failing.insert(path);
+  locked([&](State &s) { s.failing.insert(path); });
 }
-
 void addPath(const std::string &path) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.paths.insert(path);
+  locked([&](State &s) { s.paths.insert(path); });
 }
-
 std::string console() {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  std::string all;
-  for (const std::string &w : s.console) all += w;
-  return all;
+  return locked([](State &s) {
+    std::string all;
+    for (const std::string &w : s.console) all += w;
+    return all;
+  });
 }
-
 std::vector<std::string> consoleWrites() {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  return s.console;
+  return locked([](State &s) { return s.console; });
 }
-
 void setConsoleFails(bool fails) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.consoleFails = fails;
+  locked([&](State &s) { s.consoleFails = fails; });
 }
-
 std::vector<std::pair<int, std::string>> syslogLines() {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  return s.syslog;
+  return locked([](State &s) { return s.syslog; });
 }
-
 std::string stdoutText() {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  return s.out;
+  return locked([](State &s) { return s.out; });
 }
-
 std::string stderrText() {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  return s.err;
+  return locked([](State &s) { return s.err; });
 }
-
 void setTime(const std::tm &when) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  s.time = when;
+  locked([&](State &s) { s.time = when; });
 }
-
 std::vector<unsigned> sleeps() {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  return s.sleeps;
+  return locked([](State &s) { return s.sleeps; });
 }
 
 }  // namespace fakeos
