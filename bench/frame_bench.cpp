@@ -75,14 +75,14 @@ BENCHMARK(BM_GetDeviceIdLastHost)->Arg(16)->Arg(256);
 
 void BM_BuildAndReleaseMessage(benchmark::State &state) {
   for (auto _ : state) {
-    MsgHeader header{};
-    HELP_CREATE_OBJ(&header, 1, 0x1004, 2);
+    MsgHeader *header = faltocal_createMessage(1, 0x1004);
     void *node = nullptr;
-    faltocal_FillObject(&node, header.pObjList, "Device.WiFi.Radio.1", 1, 8, 4);
+    faltocal_FillObject(&node, header->pObjList, "Device.WiFi.Radio.1", 1, 8, 4);
     for (const char *name : {"Enable", "Channel", "TransmitPower", "RegulatoryDomain"}) {
-      HELP_PARAM_GET(node, name, 4);
+      faltocal_FillParam(&node, 1, name, 0, nullptr);
     }
-    help_delMsg(&header, 1);
+    faltocal_finalize(header);
+    help_free(header);
   }
 }
 BENCHMARK(BM_BuildAndReleaseMessage);

@@ -20,7 +20,7 @@ CALTOFAL_API int caltofal_paramValue_get(void *objectList, const char *objectPar
     if (std::strstr(obj->sObjName, objectPart) == nullptr) continue;
     for (ParamList *param : paramsOf(obj)) {
       if (std::strncmp(param->sParamName, paramName, 128) == 0) {
-        std::strncpy(*out, param->sParamValue, 128);
+        copyPadded(*out, param->sParamValue, 128);
         return 0;
       }
     }

@@ -19,6 +19,13 @@ void copyChars(char *dst, std::size_t width, const char *src) {
   std::memcpy(dst, src, n);
 }
 
+void copyPadded(char *dst, const char *src, std::size_t n) {
+  if (dst == nullptr || src == nullptr) return;
+  std::size_t length = strnlen(src, n);
+  std::memcpy(dst, src, length);
+  std::memset(dst + length, 0, n - length);
+}
+
 }  // namespace caltofal
 
 extern "C" {

@@ -80,6 +80,10 @@ void copyCut(char *dst, std::size_t width, const char *src);
 // never more than width-1 of them so the field keeps a terminator.
 void copyChars(char *dst, std::size_t width, const char *src);
 
+// strncpy(dst, src, n): the text's first n bytes at most, the rest of the n
+// bytes zeroed; no terminator when the text has n characters or more.
+void copyPadded(char *dst, const char *src, std::size_t n);
+
 template <std::size_t N>
 void copyCut(char (&dst)[N], const char *src) {
   copyCut(dst, N, src);

@@ -119,7 +119,7 @@ const char *connectionTriggerOf(const char *value) {
 void readPpp(DefWan &w) {
   ZintuWanInfo &info = w.info;
   if (!contains(fieldText(info.sWanIpType), "ppp") || info.sLowerLayers[0] == '\0') return;
-  std::strncpy(info.sPppInterface, info.sLowerLayers, sizeof info.sPppInterface);
+  copyPadded(info.sPppInterface, info.sLowerLayers, sizeof info.sPppInterface);
   char ppp[256];
   terminatedCopy(ppp, info.sPppInterface);
   w.msg.release();

@@ -144,7 +144,7 @@ CALTOFAL_API int32_t ZintuGet_UciSectionOfDefGw(char *uciSection) {
     if (connection == nullptr || std::strcmp(connection, name) != 0) continue;
     const char *section = lookup(obj, "UciSection");
     if (isEmpty(section)) continue;
-    std::strncpy(uciSection, section, 127);
+    copyPadded(uciSection, section, 127);
     traceTag(kUnitNetwork, __LINE__, kFunction);
     PRINT_TO_CONSOLE("%s[%s]\n", "UciSection", section);
     return 0;

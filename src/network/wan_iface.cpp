@@ -44,7 +44,7 @@ CALTOFAL_API int32_t ZintuGet_LowerLayers(const char *object, char *lowerLayers)
   }
   for (ObjList *obj : objectsOf(msg)) {
     if (const char *value = lookup(obj, "LowerLayers")) {
-      std::strncpy(lowerLayers, value, 128);
+      copyPadded(lowerLayers, value, 128);
       break;
     }
   }
