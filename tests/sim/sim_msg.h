@@ -1,10 +1,9 @@
-// Test messages for the emulator, built and read with the helper library.
+// Test messages for the emulator, built and read with the helper library and
+// written as text (the object syntax of cases/README.md).
 #pragma once
 
+#include <cstdio>
 #include <cstring>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "calsim.h"
 #include "help_objlist.h"
@@ -14,11 +13,46 @@ namespace simtest {
 
 using Params = std::vector<std::pair<std::string, std::string>>;
 
-struct ReqObj {
-  std::string path;
-  Params params;      // a get's names carry "" as value
-  uint32_t oper = 0;  // sub-operation of a set
-};
+// Reads TEXT from AT up to one of STOPS, undoing the escapes.
+inline std::string readUntil(const std::string &text, size_t &at, const char *stops) {
+  std::string out;
+  for (; at < text.size() && !strchr(stops, text[at]); ++at) {
+    if (text[at] == '\\' && at + 1 < text.size()) {
+      char c = text[++at];
+      out += c == 'n' ? '\n' : c == 'r' ? '\r' : c;
+    } else {
+      out += text[at];
+    }
+  }
+  return out;
+}
+
+inline std::string unescape(const std::string &text, size_t at = 0) {
+  return readUntil(text, at, "");
+}
+
+// "PATH{A=1,B=2}", with line breaks and backslashes in values escaped.
+inline std::string objectText(const std::string &name, const Params &params) {
+  std::string out = name + "{";
+  for (const auto &[n, v] : params) {
+    out += (out.back() == '{' ? "" : ",") + n + "=";
+    for (char c : v) out += c == '\n' ? "\\n" : c == '\\' ? "\\\\" : std::string(1, c);
+  }
+  return out + "}";
+}
+
+// A value list as text, one object a line.
+inline std::string dump(ObjList *head) {
+  std::string out;
+  ObjList *obj;
+  HELP_FOR_EACH_OBJ(head, obj) {
+    Params params;
+    ParamList *p;
+    HELP_FOR_EACH_PARAM(obj, p) params.emplace_back(p->sParamName, p->sParamValue);
+    out += objectText(obj->sObjName, params) + "\n";
+  }
+  return out;
+}
 
 // A header and list head from the helper, as faltocal_createMessage makes
 // them; released with help_delMsg(msg, 0).
@@ -37,62 +71,59 @@ inline MsgHeader *newMessage(uint32_t listFlags) {
   return msg;
 }
 
-// A message on the stack, as the library's getters use it; released on scope exit.
+// A value-list message of the objects written in TEXT; the header words are
+// the library's (owner 2).
 class Msg {
  public:
-  Msg(uint32_t mainOper, uint32_t listFlags, uint32_t owner = 2) {
-    h_.unMainOper = mainOper;
-    h_.unListFlags = listFlags;
-    h_.unOwner = owner;
-    h_.unInit = 1;
-    auto *head = static_cast<ObjList *>(help_calloc(1, sizeof(ObjList), "test", __LINE__));
-    head->xOlist.next = head->xOlist.prev = &head->xOlist;
-    head->xParamList.next = head->xParamList.prev = &head->xParamList;
-    h_.pObjList = head;
+  Msg(uint32_t mainOper, uint32_t listFlags, const std::string &text = "")
+      : msg_(newMessage(SOPT_OBJVALUE)) {
+    *msg_ = {mainOper, listFlags, 2, 1, 0, msg_->pObjList};
+    for (size_t at = 0; at < text.size(); ++at) {
+      if (text[at] == ' ') continue;
+      std::string path = readUntil(text, at, " {");
+      uint32_t oper = mainOper == MOPT_SET ? OBJOPT_MODIFY : 0;
+      if (size_t colon = path.find(':'); colon != std::string::npos) {
+        std::string word = path.substr(0, colon);
+        oper = word == "add" ? OBJOPT_ADD : word == "del" ? OBJOPT_DEL : std::stoul(word);
+        path.erase(0, colon + 1);
+      }
+      ObjList *node = help_addObjList(head(), path.c_str(), 0, 0, oper, 0);
+      if (text[at] != '{') continue;
+      for (++at; at < text.size() && text[at] != '}'; at += text[at] == ',') {
+        std::string name = readUntil(text, at, "=,}");
+        std::string value = text[at] == '=' ? readUntil(text, ++at, ",}") : "";
+        help_addParamList(node, name.c_str(), 0, value.c_str(), 0);
+      }
+    }
   }
-  Msg(uint32_t mainOper, uint32_t listFlags, const std::vector<ReqObj> &objects)
-      : Msg(mainOper, listFlags) {
-    for (const ReqObj &o : objects) add(o);
+  ~Msg() {
+    msg_->unListFlags = SOPT_OBJVALUE;
+    help_delMsg(msg_, 0);
   }
-  ~Msg() { help_delMsg(&h_, 1); }
   Msg(const Msg &) = delete;
   Msg &operator=(const Msg &) = delete;
 
-  ObjList *add(const ReqObj &o) {
-    ObjList *node = help_addObjList(head(), o.path.c_str(), 0, 0, o.oper, 0);
-    for (const auto &[name, value] : o.params)
-      help_addParamList(node, name.c_str(), 0, value.c_str(), 0);
-    return node;
-  }
-  ObjList *head() { return static_cast<ObjList *>(h_.pObjList); }
-  MsgHeader *get() { return &h_; }
-
-  // The list as text: "PATH{A=1,B=2} PATH{}" in list order.
-  std::string dump() {
-    std::string out;
-    ObjList *obj;
-    HELP_FOR_EACH_OBJ(head(), obj) {
-      if (!out.empty()) out += " ";
-      out += std::string(obj->sObjName) + "{";
-      ParamList *p;
-      bool first = true;
-      HELP_FOR_EACH_PARAM(obj, p) {
-        out += (first ? "" : ",") + std::string(p->sParamName) + "=" + p->sParamValue;
-        first = false;
-      }
-      out += "}";
-    }
-    return out;
-  }
+  ObjList *head() { return static_cast<ObjList *>(msg_->pObjList); }
+  MsgHeader *get() { return msg_; }
+  std::string dump() { return simtest::dump(head()); }
 
  private:
-  MsgHeader h_{};
+  MsgHeader *msg_;
 };
 
-// Names for a get: each with an empty value.
-inline Params names(std::initializer_list<const char *> list) {
-  Params out;
-  for (const char *n : list) out.emplace_back(n, "");
+// The request log, one request a line.
+inline std::string describe(const std::vector<calsim::Request> &log) {
+  std::string out;
+  for (const calsim::Request &r : log) {
+    char words[128];
+    snprintf(words, sizeof words, " main=%u flags=%#x owner=%u init=%u reserved=%u%s", r.mainOper,
+             r.listFlags, r.owner, r.init, r.reserved, r.hasList ? "" : " (no list)");
+    out += r.entry + (r.hasMessage ? words : " (no message)");
+    for (const calsim::RequestObject &o : r.objects) {
+      out += " " + objectText(std::to_string(o.objOper) + ":" + o.name, o.params);
+    }
+    out += "\n";
+  }
   return out;
 }
 
