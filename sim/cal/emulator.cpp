@@ -20,9 +20,10 @@ const char *entryName(Entry entry) {
   return "";
 }
 
+// The model file named by CALTOFAL_MODEL; empty when none is named.
 std::string modelPathFromEnvironment() {
   const char *path = getenv("CALTOFAL_MODEL");
-  return path != nullptr && path[0] != '\0' ? path : CALTOFAL_SAMPLE_MODEL;
+  return path != nullptr && path[0] != '\0' ? path : std::string();
 }
 
 std::string hex(uint32_t value) {
@@ -124,12 +125,20 @@ bool Emulator::ensureLoaded(std::string *error) {
     return false;
   }
   std::string path = pinned_ ? source_ : modelPathFromEnvironment();
-  if (path == source_ && (live_ || !loadError_.empty()) && stampOf(path) == stamp_) {
+  // Without a named model the bundled sample is served read-only: changes
+  // stay in this process and the sample file is never written.
+  bool sample = path.empty();
+  if (sample) path = CALTOFAL_SAMPLE_MODEL;
+  if (path == source_ && (live_ || !loadError_.empty()) && stampOf(path) == stamp_ &&
+      fileBacked_ == !sample) {
     if (live_) return true;
     *error = loadError_;
     return false;
   }
-  return loadFromFile(path, false, error);
+  if (sample) memoryJournal_.clear();
+  bool ok = loadFromFile(path, false, error);
+  if (sample) fileBacked_ = false;
+  return ok;
 }
 
 bool Emulator::loadFromFile(const std::string &path, bool keepDefaults, std::string *error) {

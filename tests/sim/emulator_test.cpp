@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <fstream>
+#include <iterator>
 #include <regex>
 #include <thread>
 
@@ -117,6 +119,31 @@ TEST(Emulator, ConcurrentRequestsSeeWholeMessages) {
   }
   EXPECT_EQ(calsim::journal().size(), 4u * kRounds / 2);
   EXPECT_EQ(send(cal_getValue, "Device.T."), "Device.T{}\n");
+}
+
+}  // namespace
+
+namespace {
+
+std::string fileText(const char *path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// Without a named model the bundled sample is served, and a set never
+// writes it: the change lives in this process only.
+TEST(Emulator, TheBundledSampleIsServedReadOnly) {
+  calsim::reset();
+  unsetenv("CALTOFAL_MODEL");
+  const std::string before = fileText(SAMPLE_MODEL);
+  Msg set(MOPT_SET, SOPT_OBJVALUE, "Device.DeviceInfo.{FriendlyName=changed here}");
+  ASSERT_EQ(cal_setValue(set.get()), 0) << calsim_lastError();
+  EXPECT_EQ(calsim::value("Device.DeviceInfo", "FriendlyName"), "changed here");
+  EXPECT_EQ(calsim::journal(),
+            std::vector<std::string>{"set Device.DeviceInfo FriendlyName=changed here"});
+  EXPECT_EQ(fileText(SAMPLE_MODEL), before);
+  EXPECT_FALSE(std::ifstream(std::string(SAMPLE_MODEL) + ".journal").good());
+  calsim::reset();
 }
 
 }  // namespace
