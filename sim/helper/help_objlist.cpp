@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <type_traits>
 
 #pragma GCC visibility push(default)
 #include "help_objlist.h"
@@ -112,6 +113,11 @@ bool releaseList(MsgHeader *msg, bool withHead) {
   return false;
 }
 
+// A zeroed node named `name` for appending under `owner`; nullptr when there
+// is no owner or no memory.
+template <typename Node>
+Node *newNamedNode(const void *owner, const char *name);
+
 }  // namespace
 
 extern "C" {
@@ -137,10 +143,8 @@ void help_free(void *ptr) {
 
 ObjList *help_addObjList(ObjList *head, const char *name, uint16_t sid, uint16_t oid, uint32_t oper,
                          uint32_t flag) {
-  if (head == nullptr) return nullptr;
-  auto *obj = static_cast<ObjList *>(help_calloc(1, sizeof(ObjList), "help_objlist", __LINE__));
+  auto *obj = newNamedNode<ObjList>(head, name);
   if (obj == nullptr) return nullptr;
-  copyBounded(obj->sObjName, sizeof obj->sObjName, name);
   obj->unSid = sid;
   obj->unOid = oid;
   obj->unObjOper = oper;
@@ -151,11 +155,8 @@ ObjList *help_addObjList(ObjList *head, const char *name, uint16_t sid, uint16_t
 }
 
 ObjAttrList *help_addObjAttrList(ObjAttrList *head, const char *name, uint16_t sid, uint16_t oid) {
-  if (head == nullptr) return nullptr;
-  auto *obj =
-      static_cast<ObjAttrList *>(help_calloc(1, sizeof(ObjAttrList), "help_objlist", __LINE__));
+  auto *obj = newNamedNode<ObjAttrList>(head, name);
   if (obj == nullptr) return nullptr;
-  copyBounded(obj->sObjName, sizeof obj->sObjName, name);
   obj->unSid = sid;
   obj->unOid = oid;
   initEmpty(&obj->xParamAttrList);
@@ -165,11 +166,8 @@ ObjAttrList *help_addObjAttrList(ObjAttrList *head, const char *name, uint16_t s
 
 ParamList *help_addParamList(ObjList *obj, const char *name, uint16_t id, const char *value,
                              uint32_t flag) {
-  if (obj == nullptr) return nullptr;
-  auto *param =
-      static_cast<ParamList *>(help_calloc(1, sizeof(ParamList), "help_objlist", __LINE__));
+  auto *param = newNamedNode<ParamList>(obj, name);
   if (param == nullptr) return nullptr;
-  copyBounded(param->sParamName, sizeof param->sParamName, name);
   copyBounded(param->sParamValue, sizeof param->sParamValue, value);
   param->unParamId = id;
   param->unParamFlag = flag;
@@ -181,11 +179,8 @@ ParamAttrList *help_addParamAttrList(ObjAttrList *obj, const char *name, uint16_
                                      uint32_t notify, uint32_t accessList, uint32_t activeNotify,
                                      uint32_t notifyChange, uint32_t isUpdated, uint32_t inform,
                                      uint32_t reserved) {
-  if (obj == nullptr) return nullptr;
-  auto *param =
-      static_cast<ParamAttrList *>(help_calloc(1, sizeof(ParamAttrList), "help_objlist", __LINE__));
+  auto *param = newNamedNode<ParamAttrList>(obj, name);
   if (param == nullptr) return nullptr;
-  copyBounded(param->sParamName, sizeof param->sParamName, name);
   param->unParamId = id;
   param->unParamFlag = flag;
   param->unNotify = notify;
@@ -226,3 +221,20 @@ void help_delObj(ObjList *obj) {
 }
 
 }  // extern "C"
+
+namespace {
+
+template <typename Node>
+Node *newNamedNode(const void *owner, const char *name) {
+  if (owner == nullptr) return nullptr;
+  auto *node = static_cast<Node *>(help_calloc(1, sizeof(Node), "help_objlist", __LINE__));
+  if (node == nullptr) return nullptr;
+  if constexpr (std::is_same_v<Node, ParamList> || std::is_same_v<Node, ParamAttrList>) {
+    copyBounded(node->sParamName, sizeof node->sParamName, name);
+  } else {
+    copyBounded(node->sObjName, sizeof node->sObjName, name);
+  }
+  return node;
+}
+
+}  // namespace
