@@ -18,14 +18,6 @@ constexpr char kBridgeAddress[] = "Device.IP.Interface.1.IPv4Address.1.";
 constexpr uint32_t kRefuse = 4;
 constexpr uint32_t kWifiLink = 2;
 
-// The first value of `name` in any returned object, found silently.
-const char *firstParam(const Message &msg, const char *name) {
-  for (ObjList *obj : objectsOf(msg)) {
-    if (const char *value = paramIn(obj, name)) return value;
-  }
-  return nullptr;
-}
-
 // The bridge's IPv4 address object: up only with an address from DHCP.
 void readBridgeAddress(Message &msg, ZintuWanInfo &info) {
   const char *description = nullptr;
@@ -73,11 +65,9 @@ const char *ipv6TypeOf(std::string_view value) {
 // Every value of `name` in the answer that fits the field, copied exactly.
 template <std::size_t N>
 void copyEachThatFits(const Message &msg, const char *name, char (&field)[N]) {
-  for (ObjList *obj : objectsOf(msg)) {
-    for (ParamList *param : paramsOf(obj)) {
-      if (sameName(param->sParamName, name)) copyWhenFits(field, param->sParamValue);
-    }
-  }
+  forEachParam(msg, [&](ObjList *, ParamList *param) {
+    if (sameName(param->sParamName, name)) copyWhenFits(field, param->sParamValue);
+  });
 }
 
 }  // namespace
@@ -113,23 +103,19 @@ CALTOFAL_API int32_t ZintuGet_WanIPv6(ZintuWanInfo *info) {
   if (info == nullptr) return -1;
   Message msg;
   if (getObject(msg, "Device.IPv6.") == 0) {
-    for (ObjList *obj : objectsOf(msg)) {
-      for (ParamList *param : paramsOf(obj)) {
-        if (sameName(param->sParamName, "Enable")) {
-          info->bIpv6Enable = std::strstr(param->sParamValue, "true") != nullptr ? 1 : 0;
-        }
+    forEachParam(msg, [&](ObjList *, ParamList *param) {
+      if (sameName(param->sParamName, "Enable")) {
+        info->bIpv6Enable = std::strstr(param->sParamValue, "true") != nullptr ? 1 : 0;
       }
-    }
+    });
   }
 
   if (getObject(msg, "Device.X_ZINTU_CurrentNetwork") == 0) {
-    for (ObjList *obj : objectsOf(msg)) {
-      for (ParamList *param : paramsOf(obj)) {
-        if (sameName(param->sParamName, "WanIpv6Type") && !isEmpty(param->sParamValue)) {
-          copyCut(info->sIpv6Type, ipv6TypeOf(param->sParamValue));
-        }
+    forEachParam(msg, [&](ObjList *, ParamList *param) {
+      if (sameName(param->sParamName, "WanIpv6Type") && !isEmpty(param->sParamValue)) {
+        copyCut(info->sIpv6Type, ipv6TypeOf(param->sParamValue));
       }
-    }
+    });
   }
 
   char interface[256];

@@ -128,30 +128,28 @@ void readPpp(DefWan &w) {
     PRINT_TO_CONSOLE("faltocal_send_main_multi_obj function failed. \n");
     return;
   }
-  for (ObjList *obj : objectsOf(w.msg)) {
-    for (ParamList *param : paramsOf(obj)) {
-      const char *name = param->sParamName;
-      const char *value = param->sParamValue;
-      if (value[0] == '\0') continue;
-      if (sameName(name, "IdleDisconnectTime")) {
-        info.nIdleDisconnectTime = decimalOf(value);
-      } else if (sameName(name, "Username")) {
-        copyCut(info.sUsername, value);
-      } else if (sameName(name, "Password")) {
-        copyCut(info.sPassword, value);
-      } else if (sameName(name, "MaxMRUSize")) {
-        info.nMaxMRUSize = decimalOf(value);
-      } else if (sameName(name, "ConnectionTrigger")) {
-        copyCut(info.sConnectionTrigger, connectionTriggerOf(value));
-      } else if (sameName(name, "ACName")) {
-        copyCut(info.sACName, value);
-      } else if (sameName(name, "ServiceName")) {
-        copyCut(info.sServiceName, value);
-      } else if (sameName(name, "LowerLayers")) {
-        w.keepVlanIfTermination(value);
-      }
+  forEachParam(w.msg, [&](ObjList *, ParamList *param) {
+    const char *name = param->sParamName;
+    const char *value = param->sParamValue;
+    if (value[0] == '\0') return;
+    if (sameName(name, "IdleDisconnectTime")) {
+      info.nIdleDisconnectTime = decimalOf(value);
+    } else if (sameName(name, "Username")) {
+      copyCut(info.sUsername, value);
+    } else if (sameName(name, "Password")) {
+      copyCut(info.sPassword, value);
+    } else if (sameName(name, "MaxMRUSize")) {
+      info.nMaxMRUSize = decimalOf(value);
+    } else if (sameName(name, "ConnectionTrigger")) {
+      copyCut(info.sConnectionTrigger, connectionTriggerOf(value));
+    } else if (sameName(name, "ACName")) {
+      copyCut(info.sACName, value);
+    } else if (sameName(name, "ServiceName")) {
+      copyCut(info.sServiceName, value);
+    } else if (sameName(name, "LowerLayers")) {
+      w.keepVlanIfTermination(value);
     }
-  }
+  });
 }
 
 // The interface's index and its IPv4 default gateway; the request's code.
@@ -171,15 +169,13 @@ int readVlan(DefWan &w) {
   w.msg.release();
   int rc = faltocal_send_main_ToDb(w.msg.get(), w.vlan, "get", "get", 0);
   if (rc != 0) return rc;
-  for (ObjList *obj : objectsOf(w.msg)) {
-    for (ParamList *param : paramsOf(obj)) {
-      if (sameName(param->sParamName, "Enable") && isOn(param->sParamValue)) {
-        w.info.bVlanEnable = 1;
-      } else if (sameName(param->sParamName, "VLANID")) {
-        if (int id = decimalOf(param->sParamValue); id != 0) w.info.nVlanID = id;
-      }
+  forEachParam(w.msg, [&](ObjList *, ParamList *param) {
+    if (sameName(param->sParamName, "Enable") && isOn(param->sParamValue)) {
+      w.info.bVlanEnable = 1;
+    } else if (sameName(param->sParamName, "VLANID")) {
+      if (int id = decimalOf(param->sParamValue); id != 0) w.info.nVlanID = id;
     }
-  }
+  });
   return rc;
 }
 

@@ -40,24 +40,14 @@ constexpr DefGwField kDefGwFields[] = {
 #undef DEFGW_FIELD
 static_assert(sizeof kDefGwFields / sizeof kDefGwFields[0] == 7);
 
-// The value of `param` in the last returned object that has it.
-const char *lastWithParam(const Message &msg, const char *param) {
-  const char *value = nullptr;
-  for (ObjList *obj : objectsOf(msg)) {
-    if (const char *found = lookup(obj, param)) value = found;
-  }
-  return value;
-}
-
 }  // namespace
 
 extern "C" {
 
 CALTOFAL_API int32_t ZintuGet_OperMode(void) {
   Message msg;
-  int rc = getObject(msg, kCurrentNetwork);
-  if (rc != 0) {
-    traceFailure("ZintuGet_OperMode", __LINE__, rc, "faltocal_send_main is Failure \n");
+  if (getObjectTraced(msg, kCurrentNetwork, "ZintuGet_OperMode", __LINE__,
+                      "faltocal_send_main is Failure \n") != 0) {
     return -1;
   }
   for (ObjList *obj : objectsOf(msg)) {
@@ -70,20 +60,17 @@ CALTOFAL_API int32_t ZintuGet_OperMode(void) {
 CALTOFAL_API int32_t ZintuGet_DefGw(ZintuWanInfo *info) {
   if (info == nullptr) return -1;
   Message msg;
-  int rc = getObject(msg, kCurrentNetwork);
-  if (rc != 0) {
-    traceFailure("ZintuGet_DefGw", __LINE__, rc, "faltocal_send_main is Failure \n");
+  if (getObjectTraced(msg, kCurrentNetwork, "ZintuGet_DefGw", __LINE__,
+                      "faltocal_send_main is Failure \n") != 0) {
     return -1;
   }
-  for (ObjList *obj : objectsOf(msg)) {
-    for (ParamList *param : paramsOf(obj)) {
-      for (const DefGwField &f : kDefGwFields) {
-        if (std::strcmp(param->sParamName, f.param) == 0) {
-          copyChars(reinterpret_cast<char *>(info) + f.offset, f.width, param->sParamValue);
-        }
+  forEachParam(msg, [&](ObjList *, ParamList *param) {
+    for (const DefGwField &f : kDefGwFields) {
+      if (std::strcmp(param->sParamName, f.param) == 0) {
+        copyChars(reinterpret_cast<char *>(info) + f.offset, f.width, param->sParamValue);
       }
     }
-  }
+  });
   return 0;
 }
 

@@ -42,29 +42,25 @@ extern "C" {
 
 CALTOFAL_API int32_t ZintuGet_IPv6PD(void) {
   Message msg;
-  int rc = getObject(msg, "Device.X_ZINTU_CurrentNetwork");
-  if (rc != 0) {
-    traceFailure("ZintuGet_IPv6PD", 1442, rc, "faltocal_send_main is Failure\n");
+  if (getObjectTraced(msg, "Device.X_ZINTU_CurrentNetwork", "ZintuGet_IPv6PD", 1442,
+                      "faltocal_send_main is Failure\n") != 0) {
     return -1;
   }
   int enabled = 0;
-  for (ObjList *obj : objectsOf(msg)) {
-    for (ParamList *param : paramsOf(obj)) {
-      if (std::strcmp(param->sParamName, "EnableIpv6PD") == 0 &&
-          std::strstr(param->sParamValue, "true") != nullptr) {
-        enabled = 1;
-      }
+  forEachParam(msg, [&](ObjList *, ParamList *param) {
+    if (std::strcmp(param->sParamName, "EnableIpv6PD") == 0 &&
+        std::strstr(param->sParamValue, "true") != nullptr) {
+      enabled = 1;
     }
-  }
+  });
   return enabled;
 }
 
 CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info) {
   if (info == nullptr) return -1;
   Message msg;
-  int rc = getObject(msg, "Device.ATM.Link.1.");
-  if (rc != 0) {
-    traceFailure("ZintuGet_AtmInfo", 1475, rc, "faltocal_send_main is Failure\n");
+  if (getObjectTraced(msg, "Device.ATM.Link.1.", "ZintuGet_AtmInfo", 1475,
+                      "faltocal_send_main is Failure\n") != 0) {
     return -1;
   }
   for (ObjList *obj : objectsOf(msg)) {
@@ -73,9 +69,8 @@ CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info) {
     }
   }
 
-  rc = getObject(msg, "Device.ATM.Link.1.QoS.");
-  if (rc != 0) {
-    traceFailure("ZintuGet_AtmInfo", 1513, rc, "faltocal_send_main is Failure\n");
+  if (getObjectTraced(msg, "Device.ATM.Link.1.QoS.", "ZintuGet_AtmInfo", 1513,
+                      "faltocal_send_main is Failure\n") != 0) {
     return -1;
   }
   for (ObjList *obj : objectsOf(msg)) {

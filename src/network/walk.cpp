@@ -15,6 +15,13 @@ int getObject(Message &msg, const char *object) {
   return faltocal_send_main(msg.get(), object, "get", "get", 0);
 }
 
+int getObjectTraced(Message &msg, const char *object, const char *function, int line,
+                    const char *failure) {
+  int rc = getObject(msg, object);
+  if (rc != 0) traceFailure(function, line, rc, failure);
+  return rc;
+}
+
 int getObjectParam(Message &msg, const char *object, const char *name) {
   msg.release();
   return faltocal_send_main(msg.get(), object, "get", "get", 1, name);
@@ -42,6 +49,52 @@ const char *paramIn(ObjList *obj, const char *name) {
     if (sameName(param->sParamName, name)) return param->sParamValue;
   }
   return nullptr;
+}
+
+void putField(void *record, const RecordField &f, std::string_view value) {
+  char *field = static_cast<char *>(record) + f.offset;
+  switch (f.take) {
+    case Take::kText: {
+      std::size_t n = value.size() < f.width ? value.size() : f.width;
+      std::memcpy(field, value.data(), n);
+      std::memset(field + n, 0, f.width - n);
+      break;
+    }
+    case Take::kTextIfShorter:
+      if (value.size() < f.width) std::memcpy(field, value.data(), value.size());
+      break;
+    case Take::kNumberIfSet:
+      if (value.empty()) break;
+      [[fallthrough]];
+    case Take::kNumber: {
+      int32_t number = decimalOf(value);
+      std::memcpy(field, &number, sizeof number);
+      break;
+    }
+    case Take::kFlag: {
+      char text[HELP_MAX_VALUE_LEN] = {0};
+      std::memcpy(text, value.data(), value.size() < sizeof text ? value.size() : sizeof text - 1);
+      *reinterpret_cast<uint8_t *>(field) = static_cast<uint8_t>(atob(text));
+      break;
+    }
+    case Take::kSpecial:
+      break;
+  }
+}
+
+const char *firstParam(const Message &msg, const char *name) {
+  for (ObjList *obj : objectsOf(msg)) {
+    if (const char *value = paramIn(obj, name)) return value;
+  }
+  return nullptr;
+}
+
+const char *lastWithParam(const Message &msg, const char *name) {
+  const char *value = nullptr;
+  for (ObjList *obj : objectsOf(msg)) {
+    if (const char *found = lookup(obj, name)) value = found;
+  }
+  return value;
 }
 
 bool startsWith(const char *text, std::string_view prefix) {

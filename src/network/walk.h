@@ -17,6 +17,9 @@ namespace caltofal::net {
 
 // Whole object: faltocal_send_main(msg, object, "get", "get", 0).
 int getObject(Message &msg, const char *object);
+// The same; a failure prints "\n\n\t[function : line] (code)" and `failure`.
+int getObjectTraced(Message &msg, const char *object, const char *function, int line,
+                    const char *failure);
 // One named parameter of an object: faltocal_send_main(..., 1, name).
 int getObjectParam(Message &msg, const char *object, const char *name);
 // Unfiltered multi-object get: faltocal_SendMultiObj(1, 256, 2, ..., "get", "get", 0).
@@ -32,6 +35,19 @@ int getFiltered(Message &msg, const char *table, const char *param, const char *
 const char *lookup(ObjList *obj, const char *name);
 // The first parameter of that name in one object, found silently.
 const char *paramIn(ObjList *obj, const char *name);
+// The first value of `name` in any returned object, found silently.
+const char *firstParam(const Message &msg, const char *name);
+// The value of `name` in the last returned object that has it, through the
+// frame's lookup.
+const char *lastWithParam(const Message &msg, const char *name);
+// visit(object, parameter) for every parameter of every returned object, in
+// the order answered.
+template <typename Visit>
+void forEachParam(const Message &msg, Visit visit) {
+  for (ObjList *obj : objectsOf(msg)) {
+    for (ParamList *param : paramsOf(obj)) visit(obj, param);
+  }
+}
 
 // ---- Value tests ------------------------------------------------------------
 
@@ -68,6 +84,57 @@ class DottedPath {
 
 // ---- Record fields -----------------------------------------------------------
 
+// How a parameter's value reaches its record field.
+enum class Take {
+  kText,           // strncpy over the field's width (no terminator when it fills it)
+  kTextIfShorter,  // the characters of a value shorter than the field, no terminator
+  kNumber,         // int32, decimal
+  kNumberIfSet,    // int32, decimal, when the value is not empty
+  kFlag,           // uint8, atob
+  kSpecial,        // a rule of the page's own
+};
+
+// A parameter and the record field it fills.
+struct RecordField {
+  const char *param;
+  std::size_t offset;
+  std::size_t width;
+  Take take;
+};
+#define CALTOFAL_FIELD(Record, param, member, take) \
+  { param, offsetof(Record, member), sizeof(Record::member), take }
+
+// Fields filled from the objects of one request, or of objects whose names
+// contain `object`.
+struct FieldGroup {
+  std::string_view object;
+  const RecordField *fields;
+  std::size_t count;
+  const RecordField *begin() const { return fields; }
+  const RecordField *end() const { return fields + count; }
+};
+template <std::size_t N>
+constexpr FieldGroup fieldGroup(std::string_view object, const RecordField (&fields)[N]) {
+  return {object, fields, N};
+}
+
+// The value into the field of `record`, for every kind but kSpecial.
+void putField(void *record, const RecordField &field, std::string_view value);
+
+// Every field of the group named by the parameter gets its value; special(field,
+// value) handles the fields of kind kSpecial.
+template <typename Special>
+void putNamed(void *record, const FieldGroup &group, const ParamList *param, Special special) {
+  for (const RecordField &f : group) {
+    if (!sameName(param->sParamName, f.param)) continue;
+    if (f.take == Take::kSpecial) {
+      special(f, param->sParamValue);
+    } else {
+      putField(record, f, param->sParamValue);
+    }
+  }
+}
+
 // A field's text, never read past the field (it may hold no terminator).
 template <std::size_t N>
 std::string_view fieldText(const char (&field)[N]) {
@@ -98,6 +165,21 @@ void copyWhenFits(char (&field)[N], const char *value) {
   std::size_t n = strnlen(value, N + 1);
   if (n <= N) std::memcpy(field, value, n);
 }
+
+// A field's text with a terminator, for printing: never read past the field.
+template <std::size_t N>
+class FieldString {
+ public:
+  explicit FieldString(const char (&field)[N]) {
+    std::size_t n = strnlen(field, N);
+    std::memcpy(text_, field, n);
+    text_[n] = '\0';
+  }
+  const char *c_str() const { return text_; }
+
+ private:
+  char text_[N + 1];
+};
 
 // "interface.name" ("%s.%s"), cut to the 256-byte path buffer.
 void subPath(char (&out)[256], const char *interface, const char *name);
