@@ -8,6 +8,7 @@
 
 #include "calsim.h"
 #include "emulator.h"
+#include "failmap.h"
 
 namespace {
 
@@ -50,6 +51,18 @@ int cal_setValueToDb(MsgHeader *msg) {
 
 const char *calsim_lastError(void) {
   return t_lastError.c_str();
+}
+
+const char *calsim_failureMapProblem(const char *map) {
+  static thread_local std::string problem;
+  try {
+    problem.clear();
+    calsim::FailureMap parsed;
+    parsed.parse(map != nullptr ? map : "", &problem);
+  } catch (...) {
+    problem = "out of memory";
+  }
+  return problem.c_str();
 }
 
 }  // extern "C"

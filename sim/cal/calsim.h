@@ -20,6 +20,11 @@ extern "C" {
  * object". Valid until the thread's next request. */
 CALSIM_API const char *calsim_lastError(void);
 
+/* What is wrong with a failure map "PATH=CODE[,PATH=CODE...]" (the form of
+ * CALTOFAL_FAIL), naming the bad entry; "" when it is fine. Valid until the
+ * thread's next call. */
+CALSIM_API const char *calsim_failureMapProblem(const char *map);
+
 #ifdef __cplusplus
 }
 

@@ -64,6 +64,7 @@ int Emulator::request(Entry entry, MsgHeader *msg, std::string *error) {
     *error = "injected failure " + std::to_string(injectCode_);
     return injectCode_;
   }
+  if (int code = failureOnDemand(in, error); code != 0) return code;
   if (!ensureLoaded(error)) return -1;
   if (msg == nullptr) {
     *error = "no message";
@@ -116,6 +117,24 @@ int Emulator::set(Entry entry, const Incoming &in, std::string *error) {
     return -1;
   }
   return 0;
+}
+
+int Emulator::failureOnDemand(const Incoming &in, std::string *error) {
+  const char *text = getenv("CALTOFAL_FAIL");
+  if (text == nullptr) text = "";
+  if (failText_ != text) {
+    failText_ = text;
+    failError_.clear();
+    if (!failMap_.parse(failText_, &failError_)) failMap_ = FailureMap();
+  }
+  if (!failError_.empty()) {
+    *error = "CALTOFAL_FAIL refused: " + failError_;
+    return -1;
+  }
+  auto hit = failMap_.match(in);
+  if (!hit) return 0;
+  *error = hit->first + " fails on demand with " + std::to_string(hit->second) + " (CALTOFAL_FAIL)";
+  return hit->second;
 }
 
 bool Emulator::ensureLoaded(std::string *error) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "calsim.h"
+#include "failmap.h"
 #include "fileio.h"
 #include "help_objlist.h"
 #include "model.h"
@@ -37,6 +38,8 @@ class Emulator {
 
  private:
   bool ensureLoaded(std::string *error);
+  // The code that the environment's failure map gives this request (0: none).
+  int failureOnDemand(const Incoming &in, std::string *error);
   bool loadFromFile(const std::string &path, bool keepDefaults, std::string *error);
   int set(Entry entry, const Incoming &in, std::string *error);
   void resetModel();
@@ -53,6 +56,9 @@ class Emulator {
   std::deque<Request> requests_;
   int injectCode_ = 0;
   int injectCount_ = 0;
+  std::string failText_;  // CALTOFAL_FAIL as last parsed
+  FailureMap failMap_;
+  std::string failError_;  // why that text was refused
 };
 
 }  // namespace calsim
