@@ -1,5 +1,8 @@
 // Replays the transcripts of models/: each command's exact output, error
-// text and exit status; every JSON output must parse.
+// text and exit status; every JSON output must parse. CALTOFAL_UPDATE_GOLDEN=1
+// rewrites the outputs of each transcript, keeping its commands and comments.
+#include <cstdlib>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -35,6 +38,27 @@ std::vector<Step> readTranscript(const std::string &text) {
   return steps;
 }
 
+// The transcript with each step's output lines replaced by what ran.
+std::string rewritten(const std::string &text, const std::vector<Outcome> &outcomes) {
+  std::string out;
+  std::size_t step = 0;
+  auto emit = [&out](char mark, const std::string &lines) {
+    for (const std::string &line : splitLines(lines)) {
+      out += std::string(1, mark) + (line.empty() ? "" : " " + line) + "\n";
+    }
+  };
+  for (const std::string &line : splitLines(text)) {
+    if (!line.empty() && (line[0] == '|' || line[0] == '!' || line[0] == '?')) continue;
+    out += line + "\n";
+    if (line.rfind("$ ", 0) != 0 || step >= outcomes.size()) continue;
+    const Outcome &o = outcomes[step++];
+    emit('|', o.out);
+    emit('!', o.err);
+    if (o.status != 0) out += "? " + std::to_string(o.status) + "\n";
+  }
+  return out;
+}
+
 // Each transcript runs in order on a scratch copy of the model of its name.
 class Transcript : public ::testing::TestWithParam<const char *> {};
 
@@ -44,10 +68,12 @@ TEST_P(Transcript, MatchesTheToolsOutput) {
   writeFile(box.path("model"), fixture(name + ".model"));
   std::vector<Step> steps = readTranscript(fixture(name + ".transcript"));
   ASSERT_FALSE(steps.empty());
+  std::vector<Outcome> outcomes;
   for (const Step &step : steps) {
     Args args{"--model", box.path("model")};
     args.insert(args.end(), step.args.begin(), step.args.end());
     Outcome o = box.run(args);
+    outcomes.push_back(o);
     std::string where = name + ".transcript:" + std::to_string(step.line);
     EXPECT_TRUE(endedWith(o, {step.status})) << where;
     EXPECT_EQ(o.out, step.out) << where;
@@ -55,6 +81,10 @@ TEST_P(Transcript, MatchesTheToolsOutput) {
     if (step.args[0] == "--json" && step.status == 0) {
       EXPECT_TRUE(nlohmann::json::accept(o.out)) << where;
     }
+  }
+  if (std::getenv("CALTOFAL_UPDATE_GOLDEN") != nullptr) {
+    const std::string text = rewritten(fixture(name + ".transcript"), outcomes);
+    std::ofstream(std::string(CLI_MODELS) + "/" + name + ".transcript") << text;
   }
 }
 

@@ -13,7 +13,9 @@ namespace cli {
 struct Options {
   bool json = false;
   bool showSecrets = false;
-  std::string model;  // --model FILE, empty for the working copy
+  bool trace = false;                 // the library's own notes on standard error too
+  std::string model;                  // --model FILE, empty for the working copy
+  std::vector<std::string> failures;  // --fail PATH=CODE...
 };
 
 // Argument checks for the parser, run before anything is touched: empty
@@ -43,5 +45,18 @@ int runWanLowerLayers(const Options &options, const std::string &path);
 int runWanEthObject(const Options &options);
 int runIpv6Pd(const Options &options);
 int runAtm(const Options &options);
+int runWanIfName(const Options &options);
+
+// DSL, LAN, multi-WAN and IPTV pages, lookups and address checks.
+int runDsl(const Options &options);
+int runDslModes(const Options &options);
+int runLan(const Options &options);
+int runLan6(const Options &options);
+int runMultiWan(const Options &options);
+int runIptv(const Options &options);
+// OBJECT PARAM VALUE WANTED.
+int runFind(const Options &options, const std::vector<std::string> &words);
+int runIpToUint(const Options &options, const std::string &address);
+int runIpv6Check(const Options &options, const std::string &address);
 
 }  // namespace cli

@@ -12,12 +12,17 @@
 #include "failure.h"
 #include "model_location.h"
 #include "output.h"
+#include "platform_options.h"
 
 namespace {
 
 using cli::Options;
 
 constexpr const char *kProgram = "caltofal [--model FILE] [--json] ";
+// Global options that take a value.
+constexpr const char *kValueOptions[] = {"--model", "--fail"};
+// Commands that have commands of their own.
+constexpr const char *kParents[] = {"wan", "dsl"};
 
 struct UsageLine {
   const char *command;
@@ -32,17 +37,29 @@ constexpr UsageLine kUsageLines[] = {
     {"journal", "journal"},
     {"reset", "reset"},
     {"opmode", "opmode"},
-    {"wan", "wan [--show-secrets] | wan {bridge|dns|uci-section|lower-layers|eth-object} ..."},
+    {"wan",
+     "wan [--show-secrets] | wan {bridge|dns|uci-section|lower-layers|eth-object|ifname} ..."},
     {"wan bridge", "wan bridge [--wifi]"},
     {"wan dns", "wan dns IFACE [--static]"},
     {"wan uci-section", "wan uci-section [CONNMODE]"},
     {"wan lower-layers", "wan lower-layers PATH"},
     {"wan eth-object", "wan eth-object"},
+    {"wan ifname", "wan ifname"},
     {"ipv6pd", "ipv6pd"},
     {"atm", "atm"},
+    {"dsl", "dsl [modes]"},
+    {"dsl modes", "dsl modes"},
+    {"lan", "lan"},
+    {"lan6", "lan6"},
+    {"multiwan", "multiwan"},
+    {"iptv", "iptv"},
+    {"find", "find OBJECT PARAM VALUE WANTED"},
+    {"ip-to-uint", "ip-to-uint ADDRESS"},
+    {"ipv6-check", "ipv6-check ADDRESS"},
 };
 constexpr const char *kAnyCommand =
-    "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm} [ARG...]  (caltofal --help)";
+    "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm|dsl|lan|lan6|multiwan|iptv|find|"
+    "ip-to-uint|ipv6-check} [ARG...]  (caltofal --help)";
 
 const char *usageOf(const std::string &command) {
   for (const UsageLine &usage : kUsageLines) {
@@ -62,21 +79,29 @@ bool isCommand(const std::string &word, const std::string &prefix) {
 // The command that the arguments name (for its usage line), found without
 // the parser, which may have stopped anywhere. `unknown` receives the first
 // word when it names no command.
+template <std::size_t N>
+bool isOneOf(const std::string &word, const char *const (&list)[N]) {
+  for (const char *entry : list) {
+    if (word == entry) return true;
+  }
+  return false;
+}
+
 std::string commandOf(int argc, char **argv, std::string *unknown) {
   std::string command;
   for (int i = 1; i < argc; ++i) {
     std::string word = argv[i];
     if (word == "--") break;
-    if (word == "--model") {
+    if (isOneOf(word, kValueOptions)) {
       ++i;
       continue;
     }
     if (word.empty() || word[0] == '-') continue;
     if (command.empty() && isCommand(word, {})) {
       command = word;
-      if (command != "wan") break;
-    } else if (command == "wan" && isCommand(word, "wan")) {
-      return "wan " + word;
+      if (!isOneOf(command, kParents)) break;
+    } else if (!command.empty() && isCommand(word, command)) {
+      return command + " " + word;
     } else {
       if (command.empty()) *unknown = word;
       break;
@@ -110,6 +135,14 @@ int run(int argc, char **argv) {
       "--model", options.model, "Run on this model file (default: a working copy of the sample)");
   app.add_flag("--json", options.json, "Print JSON");
   app.add_flag("--show-secrets", options.showSecrets, "Show the PPP password of the wan page");
+  app.add_flag("--trace", options.trace,
+               "Also show the library's own notes for the device's log on standard error");
+  app.add_option("--fail", options.failures,
+                 "Make every request naming the object PATH fail with CODE (emulator only; "
+                 "repeatable, added to CALTOFAL_FAIL)")
+      ->type_name("PATH=CODE")
+      ->expected(1)
+      ->take_all();
   app.require_subcommand(1);
   app.fallthrough();
 
@@ -170,10 +203,46 @@ int run(int argc, char **argv) {
   CLI::App *eth = wan->add_subcommand("eth-object", "IP interface of the Ethernet WAN");
   eth->callback([&] { action = [&] { return cli::runWanEthObject(options); }; });
 
+  CLI::App *ifname = wan->add_subcommand("ifname", "Linux name of the default WAN interface");
+  ifname->callback([&] { action = [&] { return cli::runWanIfName(options); }; });
+
   CLI::App *ipv6pd = app.add_subcommand("ipv6pd", "Is IPv6 prefix delegation on?");
   ipv6pd->callback([&] { action = [&] { return cli::runIpv6Pd(options); }; });
   CLI::App *atm = app.add_subcommand("atm", "The ATM link");
   atm->callback([&] { action = [&] { return cli::runAtm(options); }; });
+
+  CLI::App *dsl = app.add_subcommand("dsl", "The DSL line, or the enabled DSL modes");
+  dsl->require_subcommand(0, 1);
+  dsl->callback([&] {
+    if (!action) action = [&] { return cli::runDsl(options); };
+  });
+  CLI::App *modes = dsl->add_subcommand("modes", "The ten DSL modes, on or off");
+  modes->callback([&] { action = [&] { return cli::runDslModes(options); }; });
+  CLI::App *lan = app.add_subcommand("lan", "The LAN IPv4 and DHCP server settings");
+  lan->callback([&] { action = [&] { return cli::runLan(options); }; });
+  CLI::App *lan6 = app.add_subcommand("lan6", "The LAN IPv6 settings");
+  lan6->callback([&] { action = [&] { return cli::runLan6(options); }; });
+  CLI::App *multiwan = app.add_subcommand("multiwan", "The multi-WAN settings");
+  multiwan->callback([&] { action = [&] { return cli::runMultiWan(options); }; });
+  CLI::App *iptv = app.add_subcommand("iptv", "Is the IPTV set-top-box bridge on?");
+  iptv->callback([&] { action = [&] { return cli::runIptv(options); }; });
+  CLI::App *find = app.add_subcommand(
+      "find", "WANTED of the first instance of OBJECT whose PARAM begins with VALUE");
+  find->add_option("OBJECT PARAM VALUE WANTED", words, "Table, filter, its value, wanted")
+      ->required()
+      ->expected(4);
+  find->callback([&] {
+    for (const std::string &word : words) {
+      if (word.empty()) throw CLI::ValidationError("find", "no argument may be empty");
+    }
+    action = [&] { return cli::runFind(options, words); };
+  });
+  CLI::App *ipToUint = app.add_subcommand("ip-to-uint", "An IPv4 address as a 32-bit number");
+  ipToUint->add_option("ADDRESS", path, "IPv4 address")->required();
+  ipToUint->callback([&] { action = [&] { return cli::runIpToUint(options, path); }; });
+  CLI::App *ipv6Check = app.add_subcommand("ipv6-check", "Is the text an IPv6 address?");
+  ipv6Check->add_option("ADDRESS", path, "IPv6 address")->required();
+  ipv6Check->callback([&] { action = [&] { return cli::runIpv6Check(options, path); }; });
 
   std::string unknown;
   std::string command = commandOf(argc, argv, &unknown);
@@ -197,6 +266,10 @@ int run(int argc, char **argv) {
       return cli::runJournal(options, model);
     }
     if (!action) return usageError("no command", command);
+    cli::routeLibraryNotes(options.trace);
+    if (std::string problem = cli::applyFailures(options.failures); !problem.empty()) {
+      return cli::reportError(problem);
+    }
     if (!prepareModel(options)) return cli::kFailed;
     return action();
   } catch (const cli::UsageError &e) {

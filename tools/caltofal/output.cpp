@@ -80,6 +80,10 @@ void Page::flag(std::string key, std::string label, long long value, const char 
   add(Row{std::move(key), std::move(label), value, value != 0 ? on : off});
 }
 
+void Page::labelled(std::string key, std::string label, long long value, std::string shown) {
+  add(Row{std::move(key), std::move(label), value, std::move(shown)});
+}
+
 void Page::secret(std::string key, std::string label, const std::string &value, bool reveal) {
   std::string shown = reveal || value.empty() ? value : kMask;
   add(Row{std::move(key), std::move(label), shown, shown.empty() ? "-" : printable(shown)});

@@ -52,6 +52,8 @@ class Page {
   void flag(std::string key, std::string label, long long value, const char *on, const char *off);
   // A secret: "********" in both forms unless it is revealed; empty stays empty.
   void secret(std::string key, std::string label, const std::string &value, bool reveal);
+  // A number whose text form says what it means.
+  void labelled(std::string key, std::string label, long long value, std::string shown);
   // A line of the text form only.
   void note(std::string label, std::string shown);
 

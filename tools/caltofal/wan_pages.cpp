@@ -99,10 +99,13 @@ void writeValue(const Options &options, const char *key, const std::string &valu
 int runOpMode(const Options &options) {
   int mode = ZintuGet_OperMode();
   if (mode == -1) return reportNotFound("no operation mode in " + std::string(kCurrentNetwork));
+  // Bit value 4 marks the mesh master (router) mode; the pages tell no more.
+  bool master = (mode & 4) != 0;
   if (options.json) {
-    writeJson(std::cout, Json{{"OperationMode", mode}});
+    writeJson(std::cout, Json{{"OperationMode", mode}, {"meshMaster", master}});
   } else {
-    std::cout << mode << '\n';
+    std::cout << mode << (master ? " (mesh master, router mode)" : " (not the mesh master)")
+              << '\n';
   }
   return kOk;
 }

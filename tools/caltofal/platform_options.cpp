@@ -1,0 +1,90 @@
+#include "platform_options.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <streambuf>
+
+#include "failure.h"
+
+namespace cli {
+
+namespace {
+
+// Unbuffered writes to one descriptor, whatever the C streams point at.
+class DescriptorBuf : public std::streambuf {
+ public:
+  explicit DescriptorBuf(int fd) : fd_(fd) {}
+
+ protected:
+  int_type overflow(int_type c) override {
+    if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
+    char byte = traits_type::to_char_type(c);
+    return writeAll(&byte, 1) ? c : traits_type::eof();
+  }
+  std::streamsize xsputn(const char *data, std::streamsize n) override {
+    return writeAll(data, static_cast<std::size_t>(n)) ? n : 0;
+  }
+
+ private:
+  bool writeAll(const char *data, std::size_t n) {
+    while (n > 0) {
+      ssize_t written = ::write(fd_, data, n);
+      if (written < 0 && errno == EINTR) continue;
+      if (written <= 0) return false;
+      data += written;
+      n -= static_cast<std::size_t>(written);
+    }
+    return true;
+  }
+  int fd_;
+};
+
+using ProblemFn = const char *(*)(const char *);
+
+// The emulator's check of a failure map; nullptr on a platform without one.
+ProblemFn failureMapCheck() {
+  return reinterpret_cast<ProblemFn>(dlsym(RTLD_DEFAULT, "calsim_failureMapProblem"));
+}
+
+}  // namespace
+
+void routeLibraryNotes(bool trace) {
+  if (trace) return;
+  // Never destroyed: std::cerr is flushed once more when the program ends.
+  static DescriptorBuf *toStderr = new DescriptorBuf(STDERR_FILENO);
+  std::cerr.flush();
+  std::cerr.rdbuf(toStderr);
+  // The C library lets the standard streams be assigned: the library's notes
+  // written to stderr now go to /dev/null.
+  if (FILE *nowhere = std::fopen("/dev/null", "we")) stderr = nowhere;
+}
+
+std::string applyFailures(const std::vector<std::string> &failures) {
+  const char *fromEnvironment = std::getenv("CALTOFAL_FAIL");
+  std::string map = fromEnvironment != nullptr ? fromEnvironment : "";
+  if (failures.empty() && map.empty()) return {};
+  ProblemFn check = failureMapCheck();
+  if (check == nullptr) {
+    std::string what = failures.empty() ? "CALTOFAL_FAIL" : "--fail";
+    return what + " needs the emulator's libcal.so: this platform makes no failures on demand";
+  }
+  if (const char *problem = check(map.c_str()); problem[0] != '\0') {
+    return "CALTOFAL_FAIL: " + std::string(problem);
+  }
+  for (const std::string &entry : failures) {
+    if (const char *problem = check(entry.c_str()); problem[0] != '\0' || entry.empty()) {
+      throw UsageError("--fail " + entry + ": " + (entry.empty() ? "want PATH=CODE" : problem));
+    }
+    if (!map.empty()) map += ',';
+    map += entry;
+  }
+  if (setenv("CALTOFAL_FAIL", map.c_str(), 1) != 0) return "cannot set CALTOFAL_FAIL";
+  return {};
+}
+
+}  // namespace cli

@@ -1,0 +1,22 @@
+// What the tool arranges around the library before a command runs: where
+// the library's own notes go, and failures on demand in the emulator.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+// The library writes notes for the device's log on standard error ("Get test
+// failure" after a failed request). Unless `trace`, they go nowhere; the
+// tool's own messages (std::cerr) and sanitizer reports still reach
+// descriptor 2.
+void routeLibraryNotes(bool trace);
+
+// Adds the --fail entries after those of CALTOFAL_FAIL and hands the whole
+// map to the emulator through CALTOFAL_FAIL. A bad --fail entry throws
+// UsageError; a bad CALTOFAL_FAIL or a platform without failure maps gives
+// what is wrong (empty when all is fine).
+std::string applyFailures(const std::vector<std::string> &failures);
+
+}  // namespace cli
