@@ -28,6 +28,8 @@ TEST_F(ModelTest, EmptyAndOverlongArgumentsAreUsageErrors) {
       {"--model", m, "set", "Device.IP.Interface.1", std::string(256, 'N') + "=1"},
       {"--model", m, "wan", "dns", ""},
       {"--model", m, "wan", "uci-section", ""},
+      {"--model", m, "find", "Device.A", "", "x", "B"},
+      {"--model", m, "--fail", "", "lan"},
   };
   for (const Args &args : cases) {
     Outcome o = box_.run(args);
@@ -68,6 +70,38 @@ TEST_F(ModelTest, OnlyAnAppliedSetReachesTheJournal) {
   EXPECT_EQ(readFile(journal), "set Device.IP.Interface.1 Name=applied\n");
   Json json = Json::parse(tool({"--json", "journal"}).out);
   EXPECT_EQ(json["entries"], Json::array({"set Device.IP.Interface.1 Name=applied"}));
+}
+
+// The shipped library and the emulator, as a host program runs them, with a
+// failure map from the environment.
+TEST_F(ModelTest, FailuresOnDemandComeFromTheEnvironment) {
+  const std::string sample = readFile(CALTOFAL_SAMPLE_MODEL);
+  writeFile(model_, sample);
+  box_.env = {{"CALTOFAL_FAIL", "Device.DHCPv4.Server.=-5,Device.X_ZINTU_CurrentNetwork=-9"}};
+  Outcome o = tool({"--json", "lan"});
+  ASSERT_TRUE(endedWith(o, {1}));
+  // A code other than -1 goes on: the unanswered request's own empty Enable
+  // is read, and the DHCP server shows off.
+  EXPECT_EQ(Json::parse(o.out)["bDHCPv4Active"], 0);
+  EXPECT_EQ(o.err,
+            "caltofal: the LAN IPv4 settings: the last request failed: Device.DHCPv4.Server "
+            "fails on demand with -5 (CALTOFAL_FAIL)\n");
+  o = tool({"opmode"});
+  EXPECT_TRUE(endedWith(o, {1}));
+  EXPECT_EQ(o.err,
+            "caltofal: no operation mode in Device.X_ZINTU_CurrentNetwork: "
+            "Device.X_ZINTU_CurrentNetwork fails on demand with -9 (CALTOFAL_FAIL)\n");
+
+  // --fail adds to the environment's map; a failing set changes nothing.
+  o = tool({"--fail", "Device.IP.Interface.1=-3", "set", "Device.IP.Interface.1", "Name=x"});
+  EXPECT_TRUE(endedWith(o, {1}));
+  EXPECT_EQ(readFile(model_), sample);
+
+  box_.env = {{"CALTOFAL_FAIL", "Device.A=-5,Device.B"}};
+  o = tool({"get", "Device.IP.Interface.1"});
+  EXPECT_TRUE(endedWith(o, {1}));
+  EXPECT_EQ(o.out, "");
+  EXPECT_EQ(o.err, "caltofal: CALTOFAL_FAIL: entry 2 'Device.B' has no '=' (want PATH=CODE)\n");
 }
 
 TEST(WorkingCopy, StartsFromTheSampleAndResets) {

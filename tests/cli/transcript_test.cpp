@@ -59,13 +59,15 @@ std::string rewritten(const std::string &text, const std::vector<Outcome> &outco
   return out;
 }
 
-// Each transcript runs in order on a scratch copy of the model of its name.
+// Each transcript runs in order on a scratch copy of the model of its name;
+// "sample" runs on the bundled sample gateway.
 class Transcript : public ::testing::TestWithParam<const char *> {};
 
 TEST_P(Transcript, MatchesTheToolsOutput) {
   const std::string name = GetParam();
   Sandbox box;
-  writeFile(box.path("model"), fixture(name + ".model"));
+  writeFile(box.path("model"),
+            name == "sample" ? readFile(CALTOFAL_SAMPLE_MODEL) : fixture(name + ".model"));
   std::vector<Step> steps = readTranscript(fixture(name + ".transcript"));
   ASSERT_FALSE(steps.empty());
   std::vector<Outcome> outcomes;
@@ -89,7 +91,7 @@ TEST_P(Transcript, MatchesTheToolsOutput) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Models, Transcript,
-                         ::testing::Values("gateway", "empty", "bridge", "partial"));
+                         ::testing::Values("gateway", "empty", "bridge", "partial", "sample"));
 
 }  // namespace
 }  // namespace clitest

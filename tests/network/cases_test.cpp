@@ -16,8 +16,11 @@
 //   fill FIELD = VALUE            a record field, text, dns1, dns2 or dnsAuto,
 //                                 before each following call
 //   fail N CODE                   the n-th request of the following calls fails
+//   extra N OBJECT                the n-th answer of the following calls ends
+//                                 with an object OBJECT without parameters
 //   call GETTER ARG... !OUT...    ARG: text, "", null, $wan (the model's WAN);
-//                                 !info !text !dns1 !dns2 !auto pass null
+//                                 !info !text !text2 !dns1 !dns2 !auto !dsl
+//                                 !modes !lan4 !lan6 !mwan pass null
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -27,6 +30,7 @@
 #include <cstring>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -36,6 +40,7 @@
 #include "calsim.h"
 #include "caltofal.h"
 #include "fake_os.h"
+#include "help_objlist.h"
 #include "help_sim.h"
 #include "libcal.h"
 
@@ -46,6 +51,8 @@ extern "C" int __real_cal_getValue(MsgHeader *msg);
 namespace {
 
 int g_failAt = 0, g_failCode = 0, g_seen = 0;
+int g_extraAt = 0;
+std::string g_extraName;
 
 void failRequest(int n, int code) {
   g_seen = 0;
@@ -57,7 +64,11 @@ void failRequest(int n, int code) {
 
 extern "C" int __wrap_cal_getValue(MsgHeader *msg) {
   if (++g_seen == g_failAt) calsim::injectFailure(g_failCode, 1);
-  return __real_cal_getValue(msg);
+  int rc = __real_cal_getValue(msg);
+  if (rc == 0 && g_seen == g_extraAt) {  // an object the emulator would never answer
+    help_addObjList(static_cast<ObjList *>(msg->pObjList), g_extraName.c_str(), 0, 0, 0, 0);
+  }
+  return rc;
 }
 
 namespace {
@@ -124,6 +135,27 @@ constexpr Field kWanFields[] = {
     F(sPppInterface), F(bDnsAuto), F(sDNS1), F(sDNS2), F(sReserved2), F(nAtmVpi), F(nAtmVci),
     F(sAtmQoSClass), F(sReserved3), F(bVlanEnable), F(nVlanID), F(sReserved4), F(bIpv6Enable),
     F(sIpv6Type), F(sIpv6Address), F(sIpv6NextHop)};
+#undef F
+#define F(m) {#m, offsetof(ZintuDslLineInfo, m), sizeof(ZintuDslLineInfo::m)}
+constexpr Field kDslFields[] = {
+    F(sStatus), F(sCurrentProfile), F(sReserved), F(nUpstreamCurrRate), F(nDownstreamCurrRate),
+    F(nUpstreamMaxBitRate), F(nDownstreamMaxBitRate), F(nUpstreamNoiseMargin),
+    F(nDownstreamNoiseMargin), F(sLATNds), F(sLATNus), F(nXTURCRCErrors), F(nXTUCCRCErrors)};
+#undef F
+#define F(m) {#m, offsetof(LANv4Info, m), sizeof(LANv4Info::m)}
+constexpr Field kLanv4Fields[] = {
+    F(bDHCPv4Active), F(sIPv4Address), F(sIPv4Subnet), F(sDHCPv4StartIP), F(sDHCPv4EndIP),
+    F(sMACAddr), F(nLeaseTimeSec)};
+#undef F
+#define F(m) {#m, offsetof(LANv6Info, m), sizeof(LANv6Info::m)}
+constexpr Field kLanv6Fields[] = {
+    F(bIPv6Active), F(sIPv6Address), F(nPrefixLength), F(sLANv6Mode), F(sDNSv6Primary),
+    F(sDNSv6Secondary), F(sDomainNamev6), F(sDHCPv6StartIP), F(sDHCPv6EndIP), F(nLeaseTimeSec),
+    F(bPDActive), F(sManualPrefix), F(nManualPrefixLength)};
+#undef F
+#define F(m) {#m, offsetof(ZintuMultiWanInfo, m), sizeof(ZintuMultiWanInfo::m)}
+constexpr Field kMultiWanFields[] = {
+    F(nEnabled), F(nFailOver), F(nWan1Type), F(nWan2Type), F(sWan1Interface), F(sWan2Interface)};
 // clang-format on
 #undef F
 
@@ -147,39 +179,66 @@ struct Guarded {
   }
 };
 
-// Every output a getter can write, as a list of named fields.
+// Every output a getter can write, as a list of named fields. The WAN
+// summary's fields go by their own names, those of the other records with
+// the record's name before them ("lan4.sMACAddr").
 struct Buffers {
   Guarded<ZintuWanInfo> wan;
+  Guarded<ZintuDslLineInfo> dsl;
+  Guarded<int32_t[10]> modes;
+  Guarded<LANv4Info> lan4;
+  Guarded<LANv6Info> lan6;
+  Guarded<ZintuMultiWanInfo> mwan;
   Guarded<char[128]> text;
+  Guarded<char[128]> text2;
   Guarded<char[16]> dns1;
   Guarded<char[16]> dns2;
   int32_t dnsAuto = -7;  // shown when changed
 
   struct Area {
-    const char *name;  // s..., text, dns1, dns2: characters; others: a number
+    std::string name;
     char *at;
     std::size_t size;
-    bool isText() const { return name[0] == 's' || size > sizeof(int32_t); }
+    bool text;  // characters, else a number
   };
+  template <std::size_t N>
+  static void add(std::vector<Area> &all, const std::string &prefix, const Field (&fields)[N],
+                  void *record) {
+    for (const Field &f : fields) {
+      all.push_back(
+          {prefix + f.name, static_cast<char *>(record) + f.offset, f.size, f.name[0] == 's'});
+    }
+  }
   std::vector<Area> areas() {
     std::vector<Area> all;
-    for (const Field &f : kWanFields)
-      all.push_back({f.name, reinterpret_cast<char *>(&wan.value) + f.offset, f.size});
-    all.insert(all.end(), {{"text", text.value, sizeof text.value},
-                           {"dns1", dns1.value, sizeof dns1.value},
-                           {"dns2", dns2.value, sizeof dns2.value},
-                           {"dnsAuto", reinterpret_cast<char *>(&dnsAuto), sizeof dnsAuto}});
+    add(all, "", kWanFields, &wan.value);
+    add(all, "dsl.", kDslFields, &dsl.value);
+    for (int i = 0; i < 10; ++i) {
+      all.push_back({"modes[" + std::to_string(i) + "]", reinterpret_cast<char *>(&modes.value[i]),
+                     sizeof(int32_t), false});
+    }
+    add(all, "lan4.", kLanv4Fields, &lan4.value);
+    add(all, "lan6.", kLanv6Fields, &lan6.value);
+    add(all, "mwan.", kMultiWanFields, &mwan.value);
+    all.insert(all.end(), {{"text", text.value, sizeof text.value, true},
+                           {"text2", text2.value, sizeof text2.value, true},
+                           {"dns1", dns1.value, sizeof dns1.value, true},
+                           {"dns2", dns2.value, sizeof dns2.value, true},
+                           {"dnsAuto", reinterpret_cast<char *>(&dnsAuto), sizeof dnsAuto, false}});
     return all;
   }
-  bool intact() const { return wan.intact() && text.intact() && dns1.intact() && dns2.intact(); }
+  bool intact() const {
+    return wan.intact() && dsl.intact() && modes.intact() && lan4.intact() && lan6.intact() &&
+           mwan.intact() && text.intact() && text2.intact() && dns1.intact() && dns2.intact();
+  }
 
   void fill(const std::string &name, const std::string &value) {
     for (const Area &a : areas()) {
       if (name != a.name) continue;
       const int32_t number = std::atoi(value.c_str());  // a uint8 takes the low byte
-      ASSERT_LE(a.isText() ? value.size() : sizeof number, a.isText() ? a.size : sizeof number);
-      std::memcpy(a.at, a.isText() ? value.data() : reinterpret_cast<const char *>(&number),
-                  a.isText() ? value.size() : a.size);
+      ASSERT_LE(a.text ? value.size() : sizeof number, a.text ? a.size : sizeof number);
+      std::memcpy(a.at, a.text ? value.data() : reinterpret_cast<const char *>(&number),
+                  a.text ? value.size() : a.size);
       return;
     }
     ADD_FAILURE() << "no field " << name;
@@ -188,27 +247,35 @@ struct Buffers {
   std::string render() {
     std::string out;
     for (const Area &a : areas()) {
-      if (a.isText()) {  // text up to its end; reserved bytes all
-        const bool reserved = std::strncmp(a.name, "sReserved", 9) == 0;
+      if (a.text) {  // text up to its end; reserved bytes all
+        const bool reserved = a.name.find("sReserved") != std::string::npos;
         if (std::string text = show(a.at, reserved ? a.size : strnlen(a.at, a.size)); !text.empty())
-          out += a.name + (" = " + text) + "\n";
+          out += a.name + " = " + text + "\n";
         continue;
       }
       int32_t number = static_cast<uint8_t>(a.at[0]);
       if (a.size == sizeof number) std::memcpy(&number, a.at, sizeof number);
-      if (number != (std::strcmp(a.name, "dnsAuto") == 0 ? -7 : 0))
-        out += a.name + (" = " + std::to_string(number)) + "\n";
+      if (number != (a.name == "dnsAuto" ? -7 : 0))
+        out += a.name + " = " + std::to_string(number) + "\n";
     }
     return out;
   }
 };
 
-// What a call passes: its argument, and the caller's buffers or null.
+// What a call passes: its arguments, and the caller's buffers or null.
 struct Pass {
-  const char *arg;
+  std::vector<const char *> args;
+  const char *arg;  // the last argument
   ZintuWanInfo *info;
   char *text, *dns1, *dns2;
   int32_t *dnsAuto;
+  ZintuDslLineInfo *dsl;
+  int32_t *modes;
+  LANv4Info *lan4;
+  LANv6Info *lan6;
+  ZintuMultiWanInfo *mwan;
+  char *text2;
+  const char *at(std::size_t i) const { return i < args.size() ? args[i] : nullptr; }
 };
 
 // The WAN fields that the summary fills before it asks for the IPv6 block.
@@ -237,6 +304,16 @@ const std::pair<const char *, int32_t (*)(const Pass &)> kGetters[] = {
     {"ZintuGet_DefWanInfo", [](const Pass &p) { return ZintuGet_DefWanInfo(p.info); }},
     {"ZintuGet_IPv6PD", [](const Pass &) { return ZintuGet_IPv6PD(); }},
     {"ZintuGet_AtmInfo", [](const Pass &p) { return ZintuGet_AtmInfo(p.info); }},
+    {"ZintuGet_LineInfo", [](const Pass &p) { return ZintuGet_LineInfo(p.dsl); }},
+    {"ZintuGet_DslMode", [](const Pass &p) { return ZintuGet_DslMode(p.modes); }},
+    {"ZintuGet_LANv4Info", [](const Pass &p) { return ZintuGet_LANv4Info(p.lan4); }},
+    {"ZintuGet_LANv6Info", [](const Pass &p) { return ZintuGet_LANv6Info(p.lan6); }},
+    {"ZintuGet_MultiWanInfo", [](const Pass &p) { return ZintuGet_MultiWanInfo(p.mwan); }},
+    {"zintu_GetWanIfName", [](const Pass &p) { return zintu_GetWanIfName(p.text); }},
+    {"zintu_GetValueFromDBInfo", [](const Pass &p) {
+       return zintu_GetValueFromDBInfo(p.at(0), p.at(1), p.at(2), p.at(3), p.text, p.text2);
+     }},
+    {"Zintu_isEnabledIptvStb", [](const Pass &) { return Zintu_isEnabledIptvStb(); }},
 };
 // clang-format on
 
@@ -244,6 +321,8 @@ struct Call {
   std::string line;
   std::vector<std::pair<std::string, std::string>> fills;
   int failAt = 0, failCode = 0;
+  int extraAt = 0;
+  std::string extraName;
 };
 
 struct Case {
@@ -294,6 +373,9 @@ struct CaseFile {
         c.next.fills.emplace_back(key, value);
       } else if (word == "fail") {
         EXPECT_EQ(std::sscanf(rest.c_str(), "%d %d", &c.next.failAt, &c.next.failCode), 2) << line;
+      } else if (word == "extra") {
+        c.next.extraAt = std::atoi(rest.c_str());
+        c.next.extraName = rest.substr(rest.find(' ') + 1);
       } else if (word == "call") {
         c.calls.push_back(c.next);
         c.calls.back().line = rest;
@@ -326,7 +408,10 @@ struct CaseFile {
 // except the lines that the system pins.
 std::string consoleText() {
   static const std::regex tag("(ZintuNetworkGet:|\\[\\w+ : )([0-9]+)");
-  static const std::set<std::string> pinned = {"636", "1442", "1475", "1513"};
+  static const std::set<std::string> pinned = {
+      "636",  "1442", "1475", "1513", "1556", "1566", "1572", "1629", "1670",
+      "1674", "1678", "1682", "1774", "1811", "1875", "2012", "2018", "2031",
+      "2035", "2039", "2055", "2058", "2061", "2084", "2090"};
   const std::string console = fakeos::console();
   std::string masked;
   auto last = console.cbegin();
@@ -362,21 +447,40 @@ std::string run(const Case &c, const Call &call, int failAt, int code, int *resu
   Buffers b;
   for (const auto &[name, value] : call.fills) b.fill(name, expand(value));
   std::istringstream words(call.line);
-  std::string name, word, arg;
-  bool hasArg = false;
+  std::string name, word;
+  std::vector<std::optional<std::string>> args;
+  std::set<std::string> nulls;
   for (words >> name; words >> word;) {
-    if (word[0] != '!' && (hasArg = word != "null")) {
-      arg = word == "\"\""   ? ""
-            : word == "$wan" ? calsim::value(kCurrent, "WanIpInterface").value_or("")
-                             : expand(word);
+    if (word[0] == '!') {
+      nulls.insert(word);
+      continue;
+    }
+    if (word == "null") {
+      args.emplace_back();
+    } else {
+      args.emplace_back(word == "\"\""   ? ""
+                        : word == "$wan" ? calsim::value(kCurrent, "WanIpInterface").value_or("")
+                                         : expand(word));
     }
   }
-  auto pass = [&call](const char *out, auto *buffer) {  // "!OUT" passes null
-    return call.line.find(std::string(" !") + out) == std::string::npos ? buffer : nullptr;
+  std::vector<const char *> argv;
+  for (const auto &a : args) argv.push_back(a ? a->c_str() : nullptr);
+  auto pass = [&nulls](const char *out, auto *buffer) {  // "!OUT" passes null
+    return nulls.count(std::string("!") + out) == 0 ? buffer : nullptr;
   };
-  const Pass p{hasArg ? arg.c_str() : nullptr, pass("info", &b.wan.value),
-               pass("text", b.text.value),     pass("dns1", b.dns1.value),
-               pass("dns2", b.dns2.value),     pass("auto", &b.dnsAuto)};
+  const Pass p{argv,
+               argv.empty() ? nullptr : argv.back(),
+               pass("info", &b.wan.value),
+               pass("text", b.text.value),
+               pass("dns1", b.dns1.value),
+               pass("dns2", b.dns2.value),
+               pass("auto", &b.dnsAuto),
+               pass("dsl", &b.dsl.value),
+               pass("modes", b.modes.value),
+               pass("lan4", &b.lan4.value),
+               pass("lan6", &b.lan6.value),
+               pass("mwan", &b.mwan.value),
+               pass("text2", b.text2.value)};
   auto getter = std::find_if(std::begin(kGetters), std::end(kGetters),
                              [&name](const auto &g) { return name == g.first; });
   if (getter == std::end(kGetters)) {
@@ -385,8 +489,11 @@ std::string run(const Case &c, const Call &call, int failAt, int code, int *resu
   }
   const long live = help_liveAllocations();
   failRequest(failAt, code);
+  g_extraAt = call.extraAt;
+  g_extraName = call.extraName;
   const int rc = getter->second(p);
   failRequest(0, 0);
+  g_extraAt = 0;
   EXPECT_EQ(help_liveAllocations(), live) << c.title << ": " << call.line << " left a message";
   EXPECT_TRUE(b.intact()) << c.title << ": " << call.line << " wrote beside its buffers";
   if (result != nullptr) *result = rc;
@@ -474,7 +581,8 @@ TEST_P(Cases, OverlongValuesNeverLeaveTheirFields) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Network, Cases,
-                         ::testing::Values("models", "getters", "dns", "bridge_ipv6", "def_wan"),
+                         ::testing::Values("models", "getters", "dns", "bridge_ipv6", "def_wan",
+                                           "dsl", "lan", "multiwan"),
                          [](const auto &info) { return std::string(info.param); });
 
 }  // namespace

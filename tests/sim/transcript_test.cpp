@@ -32,6 +32,7 @@ class Transcript : public ::testing::TestWithParam<const char *> {
   void TearDown() override {
     calsim::reset();
     unsetenv("CALTOFAL_MODEL");
+    unsetenv("CALTOFAL_FAIL");
     std::filesystem::remove_all(dir_);
   }
 
@@ -98,6 +99,15 @@ class Transcript : public ::testing::TestWithParam<const char *> {
       calsim::injectFailure(std::stoi(arg), std::stoi(arg.substr(arg.find(' '))));
     } else if (verb == "env") {
       setenv("CALTOFAL_MODEL", (dir_ + "/" + arg).c_str(), 1);
+    } else if (verb == "fail") {  // the failure map; "fail" alone unsets it
+      if (arg.empty()) {
+        unsetenv("CALTOFAL_FAIL");
+      } else {
+        setenv("CALTOFAL_FAIL", simtest::unescape(arg).c_str(), 1);
+      }
+    } else if (verb == "check") {
+      out = calsim_failureMapProblem(simtest::unescape(arg).c_str());
+      out = out.empty() ? "fine\n" : out + "\n";
     } else if (verb == "reset") {
       calsim::reset();
     } else {
@@ -140,7 +150,7 @@ TEST_P(Transcript, Replays) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, Transcript,
                          ::testing::Values("model_text", "get", "set", "writeback", "journal",
-                                           "environment", "emulator"),
+                                           "environment", "emulator", "failures"),
                          [](const auto &info) { return std::string(info.param); });
 
 }  // namespace
