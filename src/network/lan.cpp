@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "caltofal.h"
@@ -134,10 +135,12 @@ bool walkV6(const Message &msg, LANv6Info &info) {
   return addressFound;
 }
 
-// The address made from the manual prefix when the LAN has none: "%s1".
+// The address made from the manual prefix when the LAN has none: "%s1",
+// cut at the field.
 void synthesiseAddress(LANv6Info &info) {
-  std::snprintf(info.sIPv6Address, sizeof info.sIPv6Address, "%s1",
-                FieldString(info.sManualPrefix).c_str());
+  std::string made(fieldText(info.sManualPrefix));
+  made += '1';
+  copyCut(info.sIPv6Address, made.c_str());
   info.nPrefixLength = 64;
 }
 
