@@ -11,11 +11,12 @@
 namespace calsim {
 namespace {
 
-// strerror_r comes in a GNU and a POSIX form; take either.
-inline std::string fromStrerror(const char *text, const char *) {
+// strerror_r comes in a GNU and a POSIX form; take either (only one of the
+// two is used where the other form is the C library's).
+[[maybe_unused]] inline std::string fromStrerror(const char *text, const char *) {
   return text;
 }
-inline std::string fromStrerror(int rc, const char *buf) {
+[[maybe_unused]] inline std::string fromStrerror(int rc, const char *buf) {
   return rc == 0 ? buf : "error " + std::to_string(errno);
 }
 
