@@ -1,0 +1,156 @@
+// The device sandbox as its users meet it: a command run by caltofal-device
+// sees the simulated device, every process of it the same driver files, the
+// console captured in order and the fake tools logging their calls.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string readFile(const fs::path &path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// Single-quotes a text for /bin/sh.
+std::string quoted(const std::string &text) {
+  std::string out = "'";
+  for (char c : text) out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return out + "'";
+}
+
+struct Outcome {
+  int status = -1;
+  std::string out, err;
+};
+
+class Sandbox : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (geteuid() != 0) GTEST_SKIP() << "the device sandbox needs root";
+    char tmpl[] = "/tmp/device-test-XXXXXX";
+    ASSERT_NE(mkdtemp(tmpl), nullptr);
+    dir_ = tmpl;
+  }
+  void TearDown() override {
+    if (!dir_.empty()) fs::remove_all(dir_);
+  }
+
+  // Runs `script` with sh -c inside the sandbox; the run folder of the last
+  // run is kept in dir_/run for the logs.
+  Outcome run(const std::string &script, const std::string &options = "") {
+    fs::remove_all(dir_ / "run");
+    const std::string command = std::string(CALTOFAL_DEVICE_LAUNCHER) + " " + options +
+                                " --run " + (dir_ / "run").string() + " -- sh -c " +
+                                quoted(script) + " >" + (dir_ / "out").string() + " 2>" +
+                                (dir_ / "err").string();
+    int wstatus = std::system(command.c_str());
+    Outcome o;
+    o.status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1;
+    o.out = readFile(dir_ / "out");
+    o.err = readFile(dir_ / "err");
+    return o;
+  }
+  std::string log(const std::string &name) { return readFile(dir_ / "run" / name); }
+
+  fs::path dir_;
+};
+
+TEST_F(Sandbox, EveryProcessSeesTheDriversFiles) {
+  // The command's shell, a shell it starts, and a program reading the file
+  // itself: /proc/net is each process's own link, and all see the device.
+  Outcome o = run(
+      "head -1 /proc/net/mtlk/wlan0/channel; sh -c 'head -1 /proc/net/mtlk/wlan2/channel'; "
+      "cat /proc/net/mtlk/wlan2.7/PeerFlowStatus | grep 'STA MAC'; "
+      "test -e /proc/net/dev && echo real-entries-kept");
+  EXPECT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(o.out, "width: 40\nwidth: 80\n0E:77:12:9A:00:21 : STA MAC\nreal-entries-kept\n");
+  EXPECT_FALSE(fs::exists("/proc/net/mtlk")) << "the host's /proc/net must not change";
+}
+
+TEST_F(Sandbox, TheConsoleIsCapturedWriteByWriteInOrder) {
+  // Each write opens the console afresh, as the library's traces do.
+  Outcome o = run("for i in 1 2 3; do printf 'trace %s\\n' $i >/dev/console; done");
+  EXPECT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(log("console.log"), "trace 1\ntrace 2\ntrace 3\n");
+  EXPECT_EQ(o.out, "");
+}
+
+TEST_F(Sandbox, FakeToolsAnswerFromTheTreeAndLogTheirCalls) {
+  Outcome o = run(
+      "iw dev wlan2 info | grep wiphy; iw phy phy0 show_channel | sed -n 5p; "
+      "iwlist wlan0 channel | grep 'Current Channel='; iw dev wlan9 info; echo \"iw=$?\"; "
+      "gddbc -i -s /runtime/x \"a b\"; gddbc -i -g /runtime/x; "
+      "killall -SIGUSR1 nimbord; killall -SIGUSR1 nobody 2>/dev/null; echo \"killall=$?\"; "
+      "ubus call servd notify '{\"ssid\":\"Home\"}'; ubus call servd notify '{\"ssid\"'; "
+      "echo \"ubus=$?\"");
+  EXPECT_EQ(o.out,
+            "\twiphy 2\n5 2432 - - 40+ 40- -\n          Current Channel=6\niw=237\na b\n"
+            "killall=1\nubus=2\n");
+  EXPECT_EQ(o.err, "command failed: No such device (-19)\nInvalid argument\n");
+  EXPECT_EQ(log("calls.log"),
+            "iw dev wlan2 info\niw phy phy0 show_channel\niwlist wlan0 channel\n"
+            "iw dev wlan9 info\ngddbc -i -s /runtime/x a\\ b\ngddbc -i -g /runtime/x\n"
+            "killall -SIGUSR1 nimbord\nkillall -SIGUSR1 nobody\n"
+            "ubus call servd notify \\{\\\"ssid\\\":\\\"Home\\\"\\}\n"
+            "json: {\"ssid\": \"Home\"}\n"
+            "ubus call servd notify \\{\\\"ssid\\\"\n"
+            "rejected: json.decoder.JSONDecodeError: Expecting ':' delimiter: line 1 column 8 "
+            "(char 7)\n");
+}
+
+TEST_F(Sandbox, WorkFilesStayInTheRunFolderAndTheShellHasSource) {
+  Outcome o = run(
+      "echo kept > /tmp/wlan_wave/sta_info_wlan0; echo 'echo sourced' > /tmp/wlan_wave/s.sh; "
+      "source /tmp/wlan_wave/s.sh; ls /opt/lantiq/etc");
+  EXPECT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(o.out, "sourced\nnextmac.conf\n");
+  EXPECT_EQ(log("wlan_wave/sta_info_wlan0"), "kept\n");
+  EXPECT_FALSE(fs::exists("/tmp/wlan_wave/sta_info_wlan0"));
+}
+
+TEST_F(Sandbox, TheTreeIsCopiedSoEditsShowOnTheNextRun) {
+  fs::copy(DEVICE_TREE, dir_ / "tree", fs::copy_options::recursive);
+  std::ofstream(dir_ / "tree/proc/net/mtlk/wlan0/channel") << "width: 20\nprimary_channel: 11\n";
+  Outcome o = run("cat /proc/net/mtlk/wlan0/channel; echo x >> /opt/lantiq/etc/nextmac.conf",
+                  "--tree " + (dir_ / "tree").string());
+  EXPECT_EQ(o.out, "width: 20\nprimary_channel: 11\n");
+  EXPECT_EQ(readFile(dir_ / "tree/opt/lantiq/etc/nextmac.conf"),
+            readFile(fs::path(DEVICE_TREE) / "opt/lantiq/etc/nextmac.conf"));
+}
+
+TEST_F(Sandbox, ExitStatusesAndSetUpProblems) {
+  EXPECT_EQ(run("exit 7").status, 7);
+  EXPECT_EQ(run("kill -TERM $$").status, 128 + 15);
+
+  Outcome o = run("true", "--tree " + (dir_ / "nowhere").string());
+  EXPECT_EQ(o.status, 1);
+  EXPECT_EQ(o.err, "caltofal-device: no device tree at " + (dir_ / "nowhere").string() +
+                       " (want opt/, proc/net/, tmp/wlan_wave/)\n");
+
+  int wstatus = std::system((std::string(CALTOFAL_DEVICE_LAUNCHER) + " --bogus true 2>" +
+                             (dir_ / "err").string()).c_str());
+  EXPECT_EQ(WEXITSTATUS(wstatus), 2);
+  EXPECT_EQ(readFile(dir_ / "err").rfind("caltofal-device: unknown option --bogus\n", 0), 0u);
+
+  // Without root the sandbox says so.
+  wstatus = std::system((std::string("setpriv --reuid=65534 --regid=65534 --clear-groups ") +
+                         CALTOFAL_DEVICE_LAUNCHER + " true 2>" + (dir_ / "err").string())
+                            .c_str());
+  EXPECT_EQ(WEXITSTATUS(wstatus), 1);
+  EXPECT_EQ(readFile(dir_ / "err"),
+            "caltofal-device: the device sandbox needs root (it mounts the simulated device in a "
+            "private mount namespace); run it as root\n");
+}
+
+}  // namespace
