@@ -59,7 +59,7 @@ TEST_P(Transcript, MatchesTheToolsOutput) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Models, Transcript,
-                         ::testing::Values("gateway", "empty", "bridge", "partial"));
+                         ::testing::Values("gateway", "empty", "bridge", "partial", "wifi"));
 
 }  // namespace
 }  // namespace clitest

@@ -40,9 +40,18 @@ constexpr UsageLine kUsageLines[] = {
     {"wan eth-object", "wan eth-object"},
     {"ipv6pd", "ipv6pd"},
     {"atm", "atm"},
+    {"wifi",
+     "wifi | wifi {ssid|radio} N | wifi set {ssid|radio} N NAME=VALUE... [--db-only] "
+     "[--force] [--dry-run]"},
+    {"wifi ssid", "wifi ssid N"},
+    {"wifi radio", "wifi radio N"},
+    {"wifi set", "wifi set {ssid|radio} N NAME=VALUE... [--db-only] [--force] [--dry-run]"},
+    {"convert", "convert SETTING VALUE [--to-ui|--to-config]"},
+    {"uci-escape", "uci-escape TEXT"},
 };
 constexpr const char *kAnyCommand =
-    "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm} [ARG...]  (caltofal --help)";
+    "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm|wifi|convert|uci-escape} [ARG...]  "
+    "(caltofal --help)";
 
 const char *usageOf(const std::string &command) {
   for (const UsageLine &usage : kUsageLines) {
@@ -74,9 +83,9 @@ std::string commandOf(int argc, char **argv, std::string *unknown) {
     if (word.empty() || word[0] == '-') continue;
     if (command.empty() && isCommand(word, {})) {
       command = word;
-      if (command != "wan") break;
-    } else if (command == "wan" && isCommand(word, "wan")) {
-      return "wan " + word;
+      if (command != "wan" && command != "wifi") break;
+    } else if ((command == "wan" || command == "wifi") && isCommand(word, command)) {
+      return command + " " + word;
     } else {
       if (command.empty()) *unknown = word;
       break;
@@ -175,6 +184,9 @@ int run(int argc, char **argv) {
   CLI::App *atm = app.add_subcommand("atm", "The ATM link");
   atm->callback([&] { action = [&] { return cli::runAtm(options); }; });
 
+  bool needsModel = true;
+  cli::addWifiCommands(app, options, action, needsModel);
+
   std::string unknown;
   std::string command = commandOf(argc, argv, &unknown);
   try {
@@ -197,7 +209,7 @@ int run(int argc, char **argv) {
       return cli::runJournal(options, model);
     }
     if (!action) return usageError("no command", command);
-    if (!prepareModel(options)) return cli::kFailed;
+    if (needsModel && !prepareModel(options)) return cli::kFailed;
     return action();
   } catch (const cli::UsageError &e) {
     return usageError(e.what(), command);
