@@ -81,30 +81,36 @@ using Rows = std::vector<std::string>;
 
 class Snapshot : public wifitest::WifiTest {};
 
+// Rows of one object after another: "NAME=VALUE|NAME=VALUE..." per object.
+Rows rowsFor(std::initializer_list<std::pair<std::string, std::string>> objects) {
+  Rows rows;
+  for (const auto &[object, params] : objects) {
+    for (std::size_t at = 0, bar; at <= params.size(); at = bar + 1) {
+      bar = params.find('|', at);
+      if (bar == std::string::npos) bar = params.size();
+      rows.push_back(object + " " + params.substr(at, bar - at));
+    }
+  }
+  return rows;
+}
+
 TEST_F(Snapshot, SsidRowsInAnswerOrderFromOneRequest) {
   WifiParamTable table{};
   EXPECT_EQ(GetSsIdInfoFromFapiToBuff(1, &table), 0);
+  const std::string ap = "Device.WiFi.AccessPoint.1";
   EXPECT_EQ(rowsOf(table),
-            (Rows{"Device.WiFi.SSID.1 Enable=true",
-                  "Device.WiFi.SSID.1 X_ZINTU_Active=true",
-                  "Device.WiFi.SSID.1 SSID=Zintu-5A3C",
-                  "Device.WiFi.SSID.1 BSSID=0A:1B:2C:5A:3D:10",
-                  "Device.WiFi.SSID.1 X_ZINTU_NetworkType=Main",
-                  "Device.WiFi.AccessPoint.1 SSIDAdvertisementEnabled=true",
-                  "Device.WiFi.AccessPoint.1 IsolationEnable=false",
-                  "Device.WiFi.AccessPoint.1 X_ZINTU_WebUIAccessPermit=true",
-                  "Device.WiFi.AccessPoint.1 X_ZINTU_InternetOnly=false",
-                  "Device.WiFi.AccessPoint.1.X_LANTIQ_COM_Vendor MACAddressControlEnabled=true",
-                  "Device.WiFi.AccessPoint.1.Security ModeEnabled=WPA2-Personal",
-                  "Device.WiFi.AccessPoint.1.Security X_ZINTU_EncryptionType=AES",
-                  "Device.WiFi.AccessPoint.1.Security WEPKey=3132333435",
-                  "Device.WiFi.AccessPoint.1.Security KeyPassphrase=correct-horse-battery",
-                  "Device.WiFi.AccessPoint.1.Security RekeyingInterval=3600",
-                  "Device.WiFi.AccessPoint.1.Security RadiusServerIPAddr=",
-                  "Device.WiFi.AccessPoint.1.Security RadiusServerPort=1812",
-                  "Device.WiFi.AccessPoint.1.Security RadiusSecret=",
-                  "Device.WiFi.AccessPoint.1.Security X_ZINTU_Wep_Encryption=WEP-64",
-                  "Device.WiFi.AccessPoint.1.Security X_ZINTU_Wep_KeyType=HEX"}));
+            rowsFor({{"Device.WiFi.SSID.1",
+                      "Enable=true|X_ZINTU_Active=true|SSID=Zintu-5A3C|BSSID=0A:1B:2C:5A:3D:10|"
+                      "X_ZINTU_NetworkType=Main"},
+                     {ap,
+                      "SSIDAdvertisementEnabled=true|IsolationEnable=false|"
+                      "X_ZINTU_WebUIAccessPermit=true|X_ZINTU_InternetOnly=false"},
+                     {ap + ".X_LANTIQ_COM_Vendor", "MACAddressControlEnabled=true"},
+                     {ap + ".Security",  // in the model's order, less the dropped ones
+                      "ModeEnabled=WPA2-Personal|X_ZINTU_EncryptionType=AES|WEPKey=3132333435|"
+                      "KeyPassphrase=correct-horse-battery|RekeyingInterval=3600|"
+                      "RadiusServerIPAddr=|RadiusServerPort=1812|RadiusSecret=|"
+                      "X_ZINTU_Wep_Encryption=WEP-64|X_ZINTU_Wep_KeyType=HEX"}}));
   EXPECT_EQ(requestLog(),
             (Rows{"get flags=0x1100"
                   " Device.WiFi.SSID.1( Enable X_ZINTU_Active SSID BSSID X_ZINTU_NetworkType )"
@@ -121,33 +127,20 @@ TEST_F(Snapshot, RadioKeepsNeitherNameNorChannelsInUse) {
   WifiParamTable table{};
   EXPECT_EQ(GetWireInfoFromFapiToBuff(1, &table), 0);
   EXPECT_EQ(rowsOf(table),
-            (Rows{"Device.WiFi.Radio.1 Enable=true",
-                  "Device.WiFi.Radio.1 GuardInterval=400nsec",
-                  "Device.WiFi.Radio.1 BeaconPeriod=100",
-                  "Device.WiFi.Radio.1 DTIMPeriod=2",
-                  "Device.WiFi.Radio.1 FragmentationThreshold=2346",
-                  "Device.WiFi.Radio.1 RTSThreshold=2347",
-                  "Device.WiFi.Radio.1 IEEE80211hEnabled=false",
-                  "Device.WiFi.Radio.1 RegulatoryDomain=DE ",
-                  "Device.WiFi.Radio.1 AutoChannelEnable=false",
-                  "Device.WiFi.Radio.1 Channel=6",
-                  "Device.WiFi.Radio.1 OperatingStandards=b,g,n",
-                  "Device.WiFi.Radio.1 OperatingChannelBandwidth=40MHz",
-                  "Device.WiFi.Radio.1 ExtensionChannel=AboveControlChannel",
-                  "Device.WiFi.Radio.1 TransmitPower=75",
-                  "Device.WiFi.AccessPoint.1 WMMEnable=true",
-                  "Device.WiFi.AccessPoint.1 UAPSDEnable=true",
-                  "Device.WiFi.AccessPoint.1 X_ZINTU_WMMOption=AC_Normal",
-                  "Device.WiFi.AccessPoint.1 X_ZINTU_WMMAckPolicy=Normal",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor Dot11dEnable=true",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor Dot11nProtection=Enabled",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor WaveExplicitBeamforming=false",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor VhtSUbeamformerEnabled=false",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor VhtGuardInterval=false",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor WaveInterfererDetectionThreshold=-68",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor CoexEnabled=true",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor WaveIgnore40MhzIntolerant=false",
-                  "Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor WaveMuOperation=false"}));
+            rowsFor({{"Device.WiFi.Radio.1",
+                      "Enable=true|GuardInterval=400nsec|BeaconPeriod=100|DTIMPeriod=2|"
+                      "FragmentationThreshold=2346|RTSThreshold=2347|IEEE80211hEnabled=false|"
+                      "RegulatoryDomain=DE |AutoChannelEnable=false|Channel=6|"
+                      "OperatingStandards=b,g,n|OperatingChannelBandwidth=40MHz|"
+                      "ExtensionChannel=AboveControlChannel|TransmitPower=75"},
+                     {"Device.WiFi.AccessPoint.1",
+                      "WMMEnable=true|UAPSDEnable=true|X_ZINTU_WMMOption=AC_Normal|"
+                      "X_ZINTU_WMMAckPolicy=Normal"},
+                     {"Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor",
+                      "Dot11dEnable=true|Dot11nProtection=Enabled|WaveExplicitBeamforming=false|"
+                      "VhtSUbeamformerEnabled=false|VhtGuardInterval=false|"
+                      "WaveInterfererDetectionThreshold=-68|CoexEnabled=true|"
+                      "WaveIgnore40MhzIntolerant=false|WaveMuOperation=false"}}));
   const std::vector<calsim::Request> requests = calsim::requests();
   ASSERT_EQ(requests.size(), 1u);
   const auto &objects = requests[0].objects;
