@@ -26,6 +26,7 @@ using wifi::Kind;
 
 constexpr std::string_view kSsidPrefix = "Device.WiFi.SSID.";
 constexpr std::string_view kRadioPrefix = "Device.WiFi.Radio.";
+constexpr std::size_t kMaxValue = sizeof(WifiParamRow::value) - 2;
 
 // Access points 1-8 are radio 1's, the rest the other radio's.
 int radioOfSsid(int ssid) {
@@ -349,6 +350,11 @@ int runWifiSet(const Options &options, const WifiTarget &target,
     }
     for (const Wanted &w : wanted) {
       if (w.param == param) throw UsageError(param + " is given twice");
+    }
+    // The change table keeps 126 characters of a value: a longer one would
+    // be saved cut.
+    if (value.size() > kMaxValue) {
+      throw UsageError(param + " holds at most " + std::to_string(kMaxValue) + " characters");
     }
     const wifi::Setting *s = findSetting(param);
     std::string config = s != nullptr ? wifi::toConfig(*s, value) : value;
