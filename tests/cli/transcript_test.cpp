@@ -91,7 +91,8 @@ TEST_P(Transcript, MatchesTheToolsOutput) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Models, Transcript,
-                         ::testing::Values("gateway", "empty", "bridge", "partial", "sample"));
+                         ::testing::Values("gateway", "empty", "bridge", "partial", "sample",
+                                           "wifi"));
 
 }  // namespace
 }  // namespace clitest

@@ -3,10 +3,15 @@
 // passed the checks below.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "model_location.h"
+
+namespace CLI {
+class App;
+}
 
 namespace cli {
 
@@ -58,5 +63,27 @@ int runIptv(const Options &options);
 int runFind(const Options &options, const std::vector<std::string> &words);
 int runIpToUint(const Options &options, const std::string &address);
 int runIpv6Check(const Options &options, const std::string &address);
+
+// Wi-Fi pages: one SSID (configuration number) or one radio.
+struct WifiTarget {
+  bool radio = false;
+  int number = 0;
+};
+struct WifiSetFlags {
+  bool dbOnly = false;
+  bool force = false;   // queue values that are already current too
+  bool dryRun = false;  // compare only, send nothing
+};
+int runWifi(const Options &options);
+int runWifiPage(const Options &options, const WifiTarget &target);
+int runWifiSet(const Options &options, const WifiTarget &target,
+               const std::vector<std::string> &assignments, const WifiSetFlags &flags);
+int runConvert(const Options &options, const std::string &setting, const std::string &value,
+               bool toConfig);
+int runUciEscape(const Options &options, const std::string &text);
+// Adds wifi, convert and uci-escape to the parser. Their callbacks set
+// `action`; convert and uci-escape clear `needsModel` (they read none).
+void addWifiCommands(CLI::App &app, const Options &options, std::function<int()> &action,
+                     bool &needsModel);
 
 }  // namespace cli

@@ -15,6 +15,7 @@
 #include "failure.h"
 #include "help_objlist.h"
 #include "output.h"
+#include "request.h"
 
 namespace cli {
 
@@ -23,37 +24,6 @@ namespace {
 constexpr std::size_t kMaxPathLength = HELP_MAX_NAME_LEN - 1;
 constexpr std::size_t kMaxNameLength = HELP_MAX_NAME_LEN - 1;
 constexpr std::size_t kMaxValueLength = HELP_MAX_VALUE_LEN - 1;
-
-// A request message on the stack, released on every path.
-class Request {
- public:
-  Request() = default;
-  Request(const Request &) = delete;
-  Request &operator=(const Request &) = delete;
-  ~Request() { help_delMsg(&header_, 1); }
-
-  MsgHeader *get() { return &header_; }
-
-  // The objects and parameters of the answer, in the order answered.
-  std::vector<ObjectValues> answer() const {
-    std::vector<ObjectValues> objects;
-    auto *head = static_cast<ObjList *>(header_.pObjList);
-    if (head == nullptr) return objects;
-    ObjList *obj = nullptr;
-    HELP_FOR_EACH_OBJ(head, obj) {
-      ObjectValues entry{fieldText(obj->sObjName), {}};
-      ParamList *param = nullptr;
-      HELP_FOR_EACH_PARAM(obj, param) {
-        entry.params.emplace_back(fieldText(param->sParamName), fieldText(param->sParamValue));
-      }
-      objects.push_back(std::move(entry));
-    }
-    return objects;
-  }
-
- private:
-  MsgHeader header_{};
-};
 
 // Objects are shown as answers name them: without a trailing dot.
 std::string shownPath(const std::string &path) {

@@ -22,7 +22,7 @@ constexpr const char *kProgram = "caltofal [--model FILE] [--json] ";
 // Global options that take a value.
 constexpr const char *kValueOptions[] = {"--model", "--fail"};
 // Commands that have commands of their own.
-constexpr const char *kParents[] = {"wan", "dsl"};
+constexpr const char *kParents[] = {"wan", "dsl", "wifi"};
 
 struct UsageLine {
   const char *command;
@@ -56,10 +56,18 @@ constexpr UsageLine kUsageLines[] = {
     {"find", "find OBJECT PARAM VALUE WANTED"},
     {"ip-to-uint", "ip-to-uint ADDRESS"},
     {"ipv6-check", "ipv6-check ADDRESS"},
+    {"wifi",
+     "wifi | wifi {ssid|radio} N | wifi set {ssid|radio} N NAME=VALUE... [--db-only] "
+     "[--force] [--dry-run]"},
+    {"wifi ssid", "wifi ssid N"},
+    {"wifi radio", "wifi radio N"},
+    {"wifi set", "wifi set {ssid|radio} N NAME=VALUE... [--db-only] [--force] [--dry-run]"},
+    {"convert", "convert SETTING VALUE [--to-ui|--to-config]"},
+    {"uci-escape", "uci-escape TEXT"},
 };
 constexpr const char *kAnyCommand =
     "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm|dsl|lan|lan6|multiwan|iptv|find|"
-    "ip-to-uint|ipv6-check} [ARG...]  (caltofal --help)";
+    "ip-to-uint|ipv6-check|wifi|convert|uci-escape} [ARG...]  (caltofal --help)";
 
 const char *usageOf(const std::string &command) {
   for (const UsageLine &usage : kUsageLines) {
@@ -239,10 +247,19 @@ int run(int argc, char **argv) {
   });
   CLI::App *ipToUint = app.add_subcommand("ip-to-uint", "An IPv4 address as a 32-bit number");
   ipToUint->add_option("ADDRESS", path, "IPv4 address")->required();
-  ipToUint->callback([&] { action = [&] { return cli::runIpToUint(options, path); }; });
+  // The address checks, like the value conversions, need no configuration.
+  bool needsModel = true;
+  ipToUint->callback([&] {
+    needsModel = false;
+    action = [&] { return cli::runIpToUint(options, path); };
+  });
   CLI::App *ipv6Check = app.add_subcommand("ipv6-check", "Is the text an IPv6 address?");
   ipv6Check->add_option("ADDRESS", path, "IPv6 address")->required();
-  ipv6Check->callback([&] { action = [&] { return cli::runIpv6Check(options, path); }; });
+  ipv6Check->callback([&] {
+    needsModel = false;
+    action = [&] { return cli::runIpv6Check(options, path); };
+  });
+  cli::addWifiCommands(app, options, action, needsModel);
 
   std::string unknown;
   std::string command = commandOf(argc, argv, &unknown);
@@ -270,7 +287,7 @@ int run(int argc, char **argv) {
     if (std::string problem = cli::applyFailures(options.failures); !problem.empty()) {
       return cli::reportError(problem);
     }
-    if (!prepareModel(options)) return cli::kFailed;
+    if (needsModel && !prepareModel(options)) return cli::kFailed;
     return action();
   } catch (const cli::UsageError &e) {
     return usageError(e.what(), command);

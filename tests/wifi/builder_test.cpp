@@ -1,0 +1,146 @@
+// The message builder's header words and list head, its keyword table and
+// a failed allocation; the UCI escaping, byte for byte and as a shell
+// reads it back.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "alloc_fail.h"
+#include "caltofal.h"
+#include "fake_os.h"
+#include "help_objlist.h"
+#include "help_sim.h"
+
+extern "C" void *__real_help_calloc(uint32_t count, uint32_t size, const char *file, uint32_t line);
+
+namespace {
+int g_failAt = 0;
+}  // namespace
+
+namespace wifitest {
+void failAllocation(int n) {
+  g_failAt = n;
+}
+}  // namespace wifitest
+
+extern "C" void *__wrap_help_calloc(uint32_t count, uint32_t size, const char *file,
+                                    uint32_t line) {
+  if (g_failAt > 0 && --g_failAt == 0) return nullptr;
+  return __real_help_calloc(count, size, file, line);
+}
+
+namespace {
+
+using Words = std::array<uint32_t, 5>;
+
+Words words(const MsgHeader &h) {
+  return {h.unMainOper, h.unListFlags, h.unOwner, h.unInit, h.unReserved};
+}
+
+TEST(CreateMsg, EachKeywordGivesItsCodeAndAFreshValueList) {
+  const std::pair<const char *, uint32_t> keywords[] = {{"get", 1},           {"set", 2},
+                                                        {"factoryreset", 32}, {"backup", 64},
+                                                        {"reboot", 128},      {"fwupgrade", 256}};
+  for (const auto &[word, code] : keywords) {
+    MsgHeader header;
+    std::memset(&header, 0x5a, sizeof header);
+    const long live = help_liveAllocations();
+    ASSERT_EQ(faltocal_create_msg(&header, word), 0) << word;
+    EXPECT_EQ(words(header), (Words{code, 4100, 32, 1, 0})) << word;
+    auto *head = static_cast<ObjList *>(header.pObjList);
+    ASSERT_NE(head, nullptr);
+    EXPECT_EQ(head->xOlist.next, &head->xOlist);
+    EXPECT_EQ(help_liveAllocations(), live + 1);
+    EXPECT_EQ(help_delMsg(&header, 1), 0);
+    EXPECT_EQ(help_liveAllocations(), live);
+  }
+}
+
+TEST(CreateMsg, UnknownKeywordsLeaveTheHeaderAsItWas) {
+  for (const char *word : {"GET", "get ", "", "query", "set_only_db", "get_leaf_node", "fw"}) {
+    MsgHeader header;
+    std::memset(&header, 0x5a, sizeof header);
+    MsgHeader before = header;
+    EXPECT_EQ(faltocal_create_msg(&header, word), -1) << word;
+    EXPECT_EQ(std::memcmp(&header, &before, sizeof header), 0) << word;
+  }
+  MsgHeader header{};
+  EXPECT_EQ(faltocal_create_msg(&header, nullptr), -1);
+  EXPECT_EQ(faltocal_create_msg(nullptr, "get"), -1);
+}
+
+TEST(CreateMsg, AFailedListAllocationIsLoggedAndStillSucceeds) {
+  const uint16_t type = unfaltocalLogType, level = unfaltocalLogLevel;
+  for (uint16_t logLevel : {1, 2}) {
+    fakeos::reset();
+    unfaltocalLogType = 3;  // syslog and coloured standard output
+    unfaltocalLogLevel = logLevel;
+    MsgHeader header{};
+    wifitest::failAllocation(1);
+    EXPECT_EQ(faltocal_create_msg(&header, "reboot"), 0);
+    wifitest::failAllocation(0);
+    EXPECT_EQ(words(header), (Words{128, 4100, 32, 1, 0}));
+    EXPECT_EQ(header.pObjList, nullptr);
+    const std::string line = "faltocal{HELP_CREATE_OBJ, 102}: malloc failed\n";
+    if (logLevel < 2) {
+      EXPECT_TRUE(fakeos::syslogLines().empty());
+      EXPECT_EQ(fakeos::stdoutText(), "");
+    } else {
+      EXPECT_EQ(fakeos::syslogLines(), (std::vector<std::pair<int, std::string>>{{2, line}}));
+      EXPECT_NE(fakeos::stdoutText().find("\033[31m"), std::string::npos);
+      EXPECT_NE(fakeos::stdoutText().find("[CRITICAL] " + line), std::string::npos);
+    }
+  }
+  unfaltocalLogType = type;
+  unfaltocalLogLevel = level;
+}
+
+std::string escaped(const std::string &source) {
+  std::string target(4 * source.size() + 1 + 16, '#');
+  EXPECT_EQ(ConvSpecialChar_forUciCli(source.c_str(), &target[0]), 0);
+  const std::size_t end = target.find('\0');
+  EXPECT_LE(end, 4 * source.size()) << "past the stated capacity";
+  EXPECT_EQ(target.substr(end + 1), std::string(target.size() - end - 1, '#')) << source;
+  return target.substr(0, end);
+}
+
+TEST(UciEscape, EachSpecialCharacter) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"a\"b", "a\\\"b"},
+      {"it's", "it'\\''s"},
+      {"\\", "\\\\"},
+      {"", ""},
+      {"plain text 1.2", "plain text 1.2"},
+      {"'\"\\'", "'\\''\\\"\\\\'\\''"},
+      {"$HOME `x`", "$HOME `x`"},  // only the three are touched
+  };
+  for (const auto &[source, target] : cases) EXPECT_EQ(escaped(source), target) << source;
+  char target[4] = "###";
+  EXPECT_EQ(ConvSpecialChar_forUciCli(nullptr, target), 0);
+  EXPECT_STREQ(target, "###");
+  EXPECT_EQ(ConvSpecialChar_forUciCli("a", nullptr), 0);
+}
+
+// What a shell reads back from a double-quoted argument.
+std::string shellReads(const std::string &quotedBody) {
+  const std::string command = "/bin/sh -c 'printf %s \"$0\"' \"" + quotedBody + "\"";
+  std::string out;
+  FILE *pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return "(no shell)";
+  char buf[256];
+  for (std::size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) > 0;) out.append(buf, n);
+  pclose(pipe);
+  return out;
+}
+
+TEST(UciEscape, AShellReadsTheTextBack) {
+  for (const std::string text : {"My \"Home\" Net", "back\\slash\\", "\\\"", "tab\there", "a\\nb",
+                                 "semi;colon & pipe | <x>", "ends with \\"}) {
+    EXPECT_EQ(shellReads(escaped(text)), text);
+  }
+}
+
+}  // namespace

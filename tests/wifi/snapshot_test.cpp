@@ -1,0 +1,231 @@
+// Snapshots of an SSID and a radio against the emulator: the one request
+// they make, the rows kept in answer order, the names dropped, the cuts and
+// the capacity of the table, and a failed request leaving it untouched.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "calsim.h"
+#include "caltofal.h"
+#include "fake_os.h"
+#include "help_sim.h"
+#include "wifi_fixture.h"
+
+namespace wifitest {
+
+std::string readFile(const std::string &path) {
+  std::ifstream in(path);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+std::vector<std::string> rowsOf(const WifiParamTable &table) {
+  std::vector<std::string> rows;
+  for (int i = 0; i < table.count && i < 100; ++i) {
+    const WifiParamRow &r = table.rows[i];
+    rows.push_back(std::string(r.object) + " " + r.parameter + "=" + r.value);
+  }
+  return rows;
+}
+
+std::string console() {
+  static const std::regex line("(ZintuWifiUtil:|\\[\\w+ : |\\w+:)([0-9]+)");
+  return std::regex_replace(fakeos::console(), line, "$1#");
+}
+
+std::vector<std::string> requestLog() {
+  std::vector<std::string> log;
+  for (const calsim::Request &r : calsim::requests()) {
+    std::ostringstream out;
+    out << r.entry << " flags=0x" << std::hex << r.listFlags << std::dec;
+    for (const calsim::RequestObject &o : r.objects) {
+      out << " " << o.name << "(";
+      for (const auto &[name, value] : o.params)
+        out << " " << name << (value.empty() ? "" : "=") << value;
+      out << " )";
+    }
+    log.push_back(out.str());
+  }
+  return log;
+}
+
+void WifiTest::SetUp() {
+  calsim::reset();
+  fakeos::reset();
+  std::string error;
+  ASSERT_TRUE(calsim::loadModelString(readFile(std::string(WIFI_FIXTURES) + "/wifi.model"),
+                                      "wifi.model", &error))
+      << error;
+  live_ = help_liveAllocations();
+}
+
+void WifiTest::TearDown() {
+  EXPECT_EQ(help_liveAllocations(), live_) << "a message was left behind";
+  calsim::reset();
+}
+
+}  // namespace wifitest
+
+namespace {
+
+using wifitest::console;
+using wifitest::requestLog;
+using wifitest::rowsOf;
+using Rows = std::vector<std::string>;
+
+class Snapshot : public wifitest::WifiTest {};
+
+// Rows of one object after another: "NAME=VALUE|NAME=VALUE..." per object.
+Rows rowsFor(std::initializer_list<std::pair<std::string, std::string>> objects) {
+  Rows rows;
+  for (const auto &[object, params] : objects) {
+    for (std::size_t at = 0, bar; at <= params.size(); at = bar + 1) {
+      bar = params.find('|', at);
+      if (bar == std::string::npos) bar = params.size();
+      rows.push_back(object + " " + params.substr(at, bar - at));
+    }
+  }
+  return rows;
+}
+
+TEST_F(Snapshot, SsidRowsInAnswerOrderFromOneRequest) {
+  WifiParamTable table{};
+  EXPECT_EQ(GetSsIdInfoFromFapiToBuff(1, &table), 0);
+  const std::string ap = "Device.WiFi.AccessPoint.1";
+  EXPECT_EQ(rowsOf(table),
+            rowsFor({{"Device.WiFi.SSID.1",
+                      "Enable=true|X_ZINTU_Active=true|SSID=Zintu-5A3C|BSSID=0A:1B:2C:5A:3D:10|"
+                      "X_ZINTU_NetworkType=Main"},
+                     {ap,
+                      "SSIDAdvertisementEnabled=true|IsolationEnable=false|"
+                      "X_ZINTU_WebUIAccessPermit=true|X_ZINTU_InternetOnly=false"},
+                     {ap + ".X_LANTIQ_COM_Vendor", "MACAddressControlEnabled=true"},
+                     {ap + ".Security",  // in the model's order, less the dropped ones
+                      "ModeEnabled=WPA2-Personal|X_ZINTU_EncryptionType=AES|WEPKey=3132333435|"
+                      "KeyPassphrase=correct-horse-battery|RekeyingInterval=3600|"
+                      "RadiusServerIPAddr=|RadiusServerPort=1812|RadiusSecret=|"
+                      "X_ZINTU_Wep_Encryption=WEP-64|X_ZINTU_Wep_KeyType=HEX"}}));
+  EXPECT_EQ(requestLog(),
+            (Rows{"get flags=0x1100"
+                  " Device.WiFi.SSID.1( Enable X_ZINTU_Active SSID BSSID X_ZINTU_NetworkType )"
+                  " Device.WiFi.AccessPoint.1( SSIDAdvertisementEnabled IsolationEnable"
+                  " X_ZINTU_WebUIAccessPermit X_ZINTU_InternetOnly )"
+                  " Device.WiFi.AccessPoint.1.X_LANTIQ_COM_Vendor( MACAddressControlEnabled )"
+                  " Device.WiFi.AccessPoint.1.Security( )"}));
+  EXPECT_EQ(console(),
+            "[ZINTU VOLA FAL] (ZintuWifiUtil:#, GetSsIdInfoFromFapiToBuff) "
+            "START_FUNCTION \n");
+}
+
+TEST_F(Snapshot, RadioKeepsNeitherNameNorChannelsInUse) {
+  WifiParamTable table{};
+  EXPECT_EQ(GetWireInfoFromFapiToBuff(1, &table), 0);
+  EXPECT_EQ(rowsOf(table),
+            rowsFor({{"Device.WiFi.Radio.1",
+                      "Enable=true|GuardInterval=400nsec|BeaconPeriod=100|DTIMPeriod=2|"
+                      "FragmentationThreshold=2346|RTSThreshold=2347|IEEE80211hEnabled=false|"
+                      "RegulatoryDomain=DE |AutoChannelEnable=false|Channel=6|"
+                      "OperatingStandards=b,g,n|OperatingChannelBandwidth=40MHz|"
+                      "ExtensionChannel=AboveControlChannel|TransmitPower=75"},
+                     {"Device.WiFi.AccessPoint.1",
+                      "WMMEnable=true|UAPSDEnable=true|X_ZINTU_WMMOption=AC_Normal|"
+                      "X_ZINTU_WMMAckPolicy=Normal"},
+                     {"Device.WiFi.Radio.1.X_LANTIQ_COM_Vendor",
+                      "Dot11dEnable=true|Dot11nProtection=Enabled|WaveExplicitBeamforming=false|"
+                      "VhtSUbeamformerEnabled=false|VhtGuardInterval=false|"
+                      "WaveInterfererDetectionThreshold=-68|CoexEnabled=true|"
+                      "WaveIgnore40MhzIntolerant=false|WaveMuOperation=false"}}));
+  const std::vector<calsim::Request> requests = calsim::requests();
+  ASSERT_EQ(requests.size(), 1u);
+  const auto &objects = requests[0].objects;
+  ASSERT_EQ(objects.size(), 3u);
+  EXPECT_EQ(objects[0].params.size(), 16u);
+  EXPECT_EQ(objects[0].params[1].first, "Name");
+  EXPECT_EQ(objects[2].params.size(), 9u);
+  EXPECT_EQ(console(),
+            "[ZINTU VOLA FAL] (ZintuWifiUtil:#, GetWireInfoFromFapiToBuff) START_FUNCTION \n"
+            "[ZINTU VOLA FAL] (ZintuWifiUtil:#, GetWireInfoFromFapiToBuff) return [0] \n");
+}
+
+TEST_F(Snapshot, TheOtherRadioReadsAccessPointNineAndAppends) {
+  WifiParamTable table{};
+  ASSERT_EQ(SetParam(&table, "earlier", "row", "kept"), 0);
+  EXPECT_EQ(GetWireInfoFromFapiToBuff(2, &table), 0);
+  EXPECT_EQ(rowsOf(table),
+            (Rows{"earlier row=kept", "Device.WiFi.Radio.2 Enable=false",
+                  "Device.WiFi.Radio.2 Channel=36", "Device.WiFi.AccessPoint.9 WMMEnable=false",
+                  "Device.WiFi.AccessPoint.9 X_ZINTU_WMMOption=AC_Gaming",
+                  "Device.WiFi.Radio.2.X_LANTIQ_COM_Vendor Dot11nProtection=Disabled"}));
+}
+
+TEST_F(Snapshot, AFullTableLosesTheRestWithoutFailing) {
+  WifiParamTable table{};
+  for (int i = 0; i < 97; ++i) ASSERT_EQ(SetParam(&table, "o", "p", "v"), 0);
+  EXPECT_EQ(GetSsIdInfoFromFapiToBuff(1, &table), 0);
+  EXPECT_EQ(table.count, 100);
+  EXPECT_EQ(rowsOf(table).back(), "Device.WiFi.SSID.1 SSID=Zintu-5A3C");
+}
+
+TEST_F(Snapshot, AFailedRequestLeavesTheTableUntouched) {
+  for (int which : {1, 2}) {
+    fakeos::reset();
+    WifiParamTable table, before;
+    std::memset(&table, 0x33, sizeof table);
+    table.count = 3;
+    before = table;
+    calsim::injectFailure(-5, 1);
+    const int rc =
+        which == 1 ? GetSsIdInfoFromFapiToBuff(1, &table) : GetWireInfoFromFapiToBuff(1, &table);
+    EXPECT_EQ(rc, -1);
+    EXPECT_EQ(std::memcmp(&table, &before, sizeof table), 0);
+    const std::string function =
+        which == 1 ? "GetSsIdInfoFromFapiToBuff" : "GetWireInfoFromFapiToBuff";
+    std::string expected = "[ZINTU VOLA FAL] (ZintuWifiUtil:#, " + function +
+                           ") START_FUNCTION \n"
+                           "[ZINTU VOLA FAL] (FaltoCal:#, faltocal_send_main_multi_obj) Failure : "
+                           "faltocal_sendQuery() of Device.WiFi." +
+                           (which == 1 ? "AccessPoint.1.Security" : "Radio.1.X_LANTIQ_COM_Vendor") +
+                           " \n\n\n\t[" + function +
+                           " : #] faltocal_send_main_multi_obj is Failure\n";
+    if (which == 2)
+      expected += "[ZINTU VOLA FAL] (ZintuWifiUtil:#, " + function + ") return [-1] \n";
+    EXPECT_EQ(console(), expected);
+  }
+  WifiParamTable table{};
+  EXPECT_EQ(GetSsIdInfoFromFapiToBuff(5, &table), -1);  // no such SSID
+  EXPECT_EQ(table.count, 0);
+  EXPECT_EQ(GetSsIdInfoFromFapiToBuff(1, nullptr), -1);
+  EXPECT_EQ(GetWireInfoFromFapiToBuff(1, nullptr), -1);
+}
+
+TEST(SetParam, CutsEachTextAndHoldsAHundredRows) {
+  WifiParamTable table{};
+  const std::string object(300, 'o'), parameter(300, 'p'), value(200, 'v');
+  ASSERT_EQ(SetParam(&table, object.c_str(), parameter.c_str(), value.c_str()), 0);
+  EXPECT_EQ(table.rows[0].object, object.substr(0, 254));
+  EXPECT_EQ(table.rows[0].parameter, parameter.substr(0, 254));
+  EXPECT_EQ(table.rows[0].value, value.substr(0, 126));
+  EXPECT_EQ(table.rows[0].value[127], '\0');
+  for (int i = 1; i < 99; ++i) ASSERT_EQ(SetParam(&table, "o", "p", "v"), 0);
+  EXPECT_EQ(SetParam(&table, "last", "p", "v"), 0);
+  EXPECT_EQ(table.count, 100);
+  const WifiParamTable full = table;
+  EXPECT_EQ(SetParam(&table, "one", "more", "v"), -1);
+  EXPECT_EQ(std::memcmp(&table, &full, sizeof table), 0);
+  WifiParamTable broken{};
+  broken.count = -1;
+  EXPECT_EQ(SetParam(&broken, "o", "p", "v"), -1);
+  for (int nul = 0; nul < 4; ++nul) {
+    const char *args[4] = {"o", "p", "v", "t"};
+    args[nul] = nullptr;
+    EXPECT_EQ(SetParam(nul == 3 ? nullptr : &broken, args[0], args[1], args[2]), -1);
+  }
+}
+
+}  // namespace
