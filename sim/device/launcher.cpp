@@ -89,7 +89,9 @@ std::string errnoText(int code) {
   return strerror_r(code, buf, sizeof buf);
 }
 
-[[noreturn]] void fail(const std::string &what) { throw std::runtime_error(what); }
+[[noreturn]] void fail(const std::string &what) {
+  throw std::runtime_error(what);
+}
 
 void check(int rc, const std::string &what) {
   if (rc != 0) fail(what + ": " + errnoText(errno));
@@ -148,9 +150,9 @@ void mountProcNet(const fs::path &run, const fs::path &device) {
   const fs::path link = run / "proc-net.link";
   fs::create_symlink(folder, link);
 #if defined(SYS_open_tree) && defined(SYS_move_mount)
-  constexpr unsigned kOpenTreeClone = 1;            // OPEN_TREE_CLONE
+  constexpr unsigned kOpenTreeClone = 1;  // OPEN_TREE_CLONE
   constexpr unsigned kNoFollow = AT_SYMLINK_NOFOLLOW;
-  constexpr unsigned kEmptyPath = 0x4;              // MOVE_MOUNT_F_EMPTY_PATH
+  constexpr unsigned kEmptyPath = 0x4;  // MOVE_MOUNT_F_EMPTY_PATH
   int tree = static_cast<int>(
       syscall(SYS_open_tree, AT_FDCWD, link.c_str(), kOpenTreeClone | kNoFollow | O_CLOEXEC));
   if (tree < 0) fail("cannot take the link " + link.string() + ": " + errnoText(errno));
@@ -205,8 +207,8 @@ void prepareRun(const Options &o, const fs::path &run) {
   }
   fs::copy(o.tools, run / "bin", fs::copy_options::recursive);
   for (const auto &tool : fs::directory_iterator(run / "bin")) {
-    fs::permissions(tool.path(), fs::perms::owner_exec | fs::perms::group_exec |
-                                     fs::perms::others_exec,
+    fs::permissions(tool.path(),
+                    fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
                     fs::perm_options::add);
   }
   std::ofstream((run / "calls.log").string()).close();

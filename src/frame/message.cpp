@@ -1,6 +1,7 @@
 // Building and releasing request messages.
 #include "frame/message.h"
 
+#include <cstdarg>
 #include <cstdio>
 
 #include "caltofal.h"
@@ -11,6 +12,14 @@ namespace caltofal {
 void copyCut(char *dst, std::size_t width, const char *src) {
   if (dst == nullptr || width == 0) return;
   std::snprintf(dst, width, "%s", src != nullptr ? src : "");
+}
+
+void formatCut(char *dst, std::size_t width, const char *format, ...) {
+  if (dst == nullptr || width == 0) return;
+  va_list args;
+  va_start(args, format);
+  std::vsnprintf(dst, width, format, args);
+  va_end(args);
 }
 
 void copyChars(char *dst, std::size_t width, const char *src) {

@@ -66,13 +66,17 @@ inline ObjRange objectsOf(const void *listHead) {
   auto *head = static_cast<ObjList *>(const_cast<void *>(listHead));
   return ObjRange(head != nullptr ? &head->xOlist : nullptr);
 }
-inline ObjRange objectsOf(const Message &msg) { return objectsOf(msg.head()); }
+inline ObjRange objectsOf(const Message &msg) {
+  return objectsOf(msg.head());
+}
 inline ParamRange paramsOf(ObjList *obj) {
   return ParamRange(obj != nullptr ? &obj->xParamList : nullptr);
 }
 
 // Names compared over at most 256 characters, exactly.
-inline bool sameName(const char *a, const char *b) { return std::strncmp(a, b, 256) == 0; }
+inline bool sameName(const char *a, const char *b) {
+  return std::strncmp(a, b, 256) == 0;
+}
 
 // snprintf(dst, width, "%s", src): at most width-1 characters and a NUL.
 void copyCut(char *dst, std::size_t width, const char *src);
@@ -83,6 +87,10 @@ void copyChars(char *dst, std::size_t width, const char *src);
 // strncpy(dst, src, n): the text's first n bytes at most, the rest of the n
 // bytes zeroed; no terminator when the text has n characters or more.
 void copyPadded(char *dst, const char *src, std::size_t n);
+
+// snprintf into a fixed buffer where cutting the text at the buffer is meant.
+void formatCut(char *dst, std::size_t width, const char *format, ...)
+    __attribute__((format(printf, 3, 4)));
 
 template <std::size_t N>
 void copyCut(char (&dst)[N], const char *src) {

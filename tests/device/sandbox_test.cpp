@@ -50,10 +50,9 @@ class Sandbox : public ::testing::Test {
   // run is kept in dir_/run for the logs.
   Outcome run(const std::string &script, const std::string &options = "") {
     fs::remove_all(dir_ / "run");
-    const std::string command = std::string(CALTOFAL_DEVICE_LAUNCHER) + " " + options +
-                                " --run " + (dir_ / "run").string() + " -- sh -c " +
-                                quoted(script) + " >" + (dir_ / "out").string() + " 2>" +
-                                (dir_ / "err").string();
+    const std::string command = std::string(CALTOFAL_DEVICE_LAUNCHER) + " " + options + " --run " +
+                                (dir_ / "run").string() + " -- sh -c " + quoted(script) + " >" +
+                                (dir_ / "out").string() + " 2>" + (dir_ / "err").string();
     int wstatus = std::system(command.c_str());
     Outcome o;
     o.status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1;
@@ -69,10 +68,10 @@ class Sandbox : public ::testing::Test {
 TEST_F(Sandbox, EveryProcessSeesTheDriversFiles) {
   // The command's shell, a shell it starts, and a program reading the file
   // itself: /proc/net is each process's own link, and all see the device.
-  Outcome o = run(
-      "head -1 /proc/net/mtlk/wlan0/channel; sh -c 'head -1 /proc/net/mtlk/wlan2/channel'; "
-      "cat /proc/net/mtlk/wlan2.7/PeerFlowStatus | grep 'STA MAC'; "
-      "test -e /proc/net/dev && echo real-entries-kept");
+  Outcome o =
+      run("head -1 /proc/net/mtlk/wlan0/channel; sh -c 'head -1 /proc/net/mtlk/wlan2/channel'; "
+          "cat /proc/net/mtlk/wlan2.7/PeerFlowStatus | grep 'STA MAC'; "
+          "test -e /proc/net/dev && echo real-entries-kept");
   EXPECT_EQ(o.status, 0) << o.err;
   EXPECT_EQ(o.out, "width: 40\nwidth: 80\n0E:77:12:9A:00:21 : STA MAC\nreal-entries-kept\n");
   EXPECT_FALSE(fs::exists("/proc/net/mtlk")) << "the host's /proc/net must not change";
@@ -87,13 +86,13 @@ TEST_F(Sandbox, TheConsoleIsCapturedWriteByWriteInOrder) {
 }
 
 TEST_F(Sandbox, FakeToolsAnswerFromTheTreeAndLogTheirCalls) {
-  Outcome o = run(
-      "iw dev wlan2 info | grep wiphy; iw phy phy0 show_channel | sed -n 5p; "
-      "iwlist wlan0 channel | grep 'Current Channel='; iw dev wlan9 info; echo \"iw=$?\"; "
-      "gddbc -i -s /runtime/x \"a b\"; gddbc -i -g /runtime/x; "
-      "killall -SIGUSR1 nimbord; killall -SIGUSR1 nobody 2>/dev/null; echo \"killall=$?\"; "
-      "ubus call servd notify '{\"ssid\":\"Home\"}'; ubus call servd notify '{\"ssid\"'; "
-      "echo \"ubus=$?\"");
+  Outcome o =
+      run("iw dev wlan2 info | grep wiphy; iw phy phy0 show_channel | sed -n 5p; "
+          "iwlist wlan0 channel | grep 'Current Channel='; iw dev wlan9 info; echo \"iw=$?\"; "
+          "gddbc -i -s /runtime/x \"a b\"; gddbc -i -g /runtime/x; "
+          "killall -SIGUSR1 nimbord; killall -SIGUSR1 nobody 2>/dev/null; echo \"killall=$?\"; "
+          "ubus call servd notify '{\"ssid\":\"Home\"}'; ubus call servd notify '{\"ssid\"'; "
+          "echo \"ubus=$?\"");
   EXPECT_EQ(o.out,
             "\twiphy 2\n5 2432 - - 40+ 40- -\n          Current Channel=6\niw=237\na b\n"
             "killall=1\nubus=2\n");
@@ -110,9 +109,9 @@ TEST_F(Sandbox, FakeToolsAnswerFromTheTreeAndLogTheirCalls) {
 }
 
 TEST_F(Sandbox, WorkFilesStayInTheRunFolderAndTheShellHasSource) {
-  Outcome o = run(
-      "echo kept > /tmp/wlan_wave/sta_info_wlan0; echo 'echo sourced' > /tmp/wlan_wave/s.sh; "
-      "source /tmp/wlan_wave/s.sh; ls /opt/lantiq/etc");
+  Outcome o =
+      run("echo kept > /tmp/wlan_wave/sta_info_wlan0; echo 'echo sourced' > /tmp/wlan_wave/s.sh; "
+          "source /tmp/wlan_wave/s.sh; ls /opt/lantiq/etc");
   EXPECT_EQ(o.status, 0) << o.err;
   EXPECT_EQ(o.out, "sourced\nnextmac.conf\n");
   EXPECT_EQ(log("wlan_wave/sta_info_wlan0"), "kept\n");
@@ -138,8 +137,9 @@ TEST_F(Sandbox, ExitStatusesAndSetUpProblems) {
   EXPECT_EQ(o.err, "caltofal-device: no device tree at " + (dir_ / "nowhere").string() +
                        " (want opt/, proc/net/, tmp/wlan_wave/)\n");
 
-  int wstatus = std::system((std::string(CALTOFAL_DEVICE_LAUNCHER) + " --bogus true 2>" +
-                             (dir_ / "err").string()).c_str());
+  int wstatus = std::system(
+      (std::string(CALTOFAL_DEVICE_LAUNCHER) + " --bogus true 2>" + (dir_ / "err").string())
+          .c_str());
   EXPECT_EQ(WEXITSTATUS(wstatus), 2);
   EXPECT_EQ(readFile(dir_ / "err").rfind("caltofal-device: unknown option --bogus\n", 0), 0u);
 

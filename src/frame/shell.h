@@ -1,0 +1,19 @@
+// Texts that go into command lines. An interface name must look like one or
+// the command is not run; any other text is inserted as it is when it holds
+// only characters no shell treats specially, else as one single-quoted word.
+// Ordinary inputs therefore give byte-identical command lines.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace caltofal::shell {
+
+// ^[A-Za-z0-9][A-Za-z0-9._-]{0,14}$
+bool isInterfaceName(const char *name);
+
+// The text as one shell word: unchanged when made only of [A-Za-z0-9._/:-]
+// (the empty text too), else in single quotes with each ' written '\''.
+std::string word(std::string_view text);
+
+}  // namespace caltofal::shell
