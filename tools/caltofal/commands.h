@@ -85,5 +85,10 @@ int runUciEscape(const Options &options, const std::string &text);
 // `action`; convert and uci-escape clear `needsModel` (they read none).
 void addWifiCommands(CLI::App &app, const Options &options, std::function<int()> &action,
                      bool &needsModel);
+// Adds the driver-side pages under wifi (channels, channel, side, phy,
+// stations, clients, acl) and repeater; those that run the driver's tools set
+// `needsDevice`. Call after addWifiCommands.
+void addDriverCommands(CLI::App &app, const Options &options, std::function<int()> &action,
+                       bool &needsDevice);
 
 }  // namespace cli

@@ -58,16 +58,24 @@ constexpr UsageLine kUsageLines[] = {
     {"ipv6-check", "ipv6-check ADDRESS"},
     {"wifi",
      "wifi | wifi {ssid|radio} N | wifi set {ssid|radio} N NAME=VALUE... [--db-only] "
-     "[--force] [--dry-run]"},
+     "[--force] [--dry-run] | wifi {channels|channel|side|phy|stations|clients|acl} ..."},
     {"wifi ssid", "wifi ssid N"},
     {"wifi radio", "wifi radio N"},
     {"wifi set", "wifi set {ssid|radio} N NAME=VALUE... [--db-only] [--force] [--dry-run]"},
+    {"wifi channels", "wifi channels IF RADIO"},
+    {"wifi channel", "wifi channel IF"},
+    {"wifi side", "wifi side CHANNEL COUNTRY"},
+    {"wifi phy", "wifi phy IF"},
+    {"wifi stations", "wifi stations IF [MAC]"},
+    {"wifi clients", "wifi clients RADIO"},
+    {"wifi acl", "wifi acl SSID"},
+    {"repeater", "repeater"},
     {"convert", "convert SETTING VALUE [--to-ui|--to-config]"},
     {"uci-escape", "uci-escape TEXT"},
 };
 constexpr const char *kAnyCommand =
     "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm|dsl|lan|lan6|multiwan|iptv|find|"
-    "ip-to-uint|ipv6-check|wifi|convert|uci-escape} [ARG...]  (caltofal --help)";
+    "ip-to-uint|ipv6-check|wifi|repeater|convert|uci-escape} [ARG...]  (caltofal --help)";
 
 const char *usageOf(const std::string &command) {
   for (const UsageLine &usage : kUsageLines) {
@@ -260,6 +268,8 @@ int run(int argc, char **argv) {
     action = [&] { return cli::runIpv6Check(options, path); };
   });
   cli::addWifiCommands(app, options, action, needsModel);
+  bool needsDevice = false;
+  cli::addDriverCommands(app, options, action, needsDevice);
 
   std::string unknown;
   std::string command = commandOf(argc, argv, &unknown);
@@ -283,6 +293,11 @@ int run(int argc, char **argv) {
       return cli::runJournal(options, model);
     }
     if (!action) return usageError("no command", command);
+    if (needsDevice) {
+      if (std::string problem = cli::runOnDevice(argc, argv, options.trace); !problem.empty()) {
+        return cli::reportError(problem);
+      }
+    }
     cli::routeLibraryNotes(options.trace);
     if (std::string problem = cli::applyFailures(options.failures); !problem.empty()) {
       return cli::reportError(problem);

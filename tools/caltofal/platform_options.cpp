@@ -6,8 +6,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <streambuf>
+#include <vector>
 
 #include "failure.h"
 
@@ -62,6 +64,50 @@ void routeLibraryNotes(bool trace) {
   // The C library lets the standard streams be assigned: the library's notes
   // written to stderr now go to /dev/null.
   if (FILE *nowhere = std::fopen("/dev/null", "we")) stderr = nowhere;
+}
+
+namespace {
+
+// The launcher: beside the tool when installed, else the build's own.
+std::string launcherPath() {
+  std::error_code ignored;
+  std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ignored);
+  std::filesystem::path beside = self.parent_path() / "caltofal-device";
+  if (!self.empty() && access(beside.c_str(), X_OK) == 0) return beside;
+  if (access(CALTOFAL_DEVICE_LAUNCHER, X_OK) == 0) return CALTOFAL_DEVICE_LAUNCHER;
+  return {};
+}
+
+}  // namespace
+
+std::string runOnDevice(int argc, char **argv, bool trace) {
+  const char *inside = std::getenv("CALTOFAL_DEVICE");
+  const char *sandbox = std::getenv("CALTOFAL_SANDBOX");
+  if ((inside != nullptr && inside[0] != '\0') ||
+      (sandbox != nullptr && std::string(sandbox) == "off") ||
+      access("/proc/net/mtlk", F_OK) == 0) {
+    return {};
+  }
+  if (geteuid() != 0) {
+    return "this command needs the radio driver (/proc/net/mtlk); on a PC it runs in the device "
+           "sandbox, which needs root: run it as root, or set CALTOFAL_SANDBOX=off to run it here "
+           "without the driver";
+  }
+  const std::string launcher = launcherPath();
+  if (launcher.empty()) return "the device sandbox caltofal-device is not beside caltofal";
+  std::error_code ignored;
+  const std::string self = std::filesystem::read_symlink("/proc/self/exe", ignored).string();
+  std::vector<std::string> words = {launcher};
+  if (trace) words.emplace_back("--console-to-stderr");
+  words.emplace_back("--");
+  words.push_back(self);
+  for (int i = 1; i < argc; ++i) words.emplace_back(argv[i]);
+  std::vector<char *> args;
+  for (std::string &word : words) args.push_back(word.data());
+  args.push_back(nullptr);
+  std::cout.flush();
+  execv(launcher.c_str(), args.data());
+  return "cannot start the device sandbox " + launcher + ": " + errnoText(errno);
 }
 
 std::string applyFailures(const std::vector<std::string> &failures) {

@@ -19,4 +19,11 @@ void routeLibraryNotes(bool trace);
 // what is wrong (empty when all is fine).
 std::string applyFailures(const std::vector<std::string> &failures);
 
+// The shell-driven pages need the radio driver's files (/proc/net/mtlk). On
+// a PC, where they are missing, the tool runs itself again in the device
+// sandbox (caltofal-device) with the same arguments: this call then does not
+// return. It returns "" to run here (on a device, inside the sandbox, or with
+// CALTOFAL_SANDBOX=off), else why the command cannot run.
+std::string runOnDevice(int argc, char **argv, bool trace);
+
 }  // namespace cli

@@ -1,0 +1,152 @@
+// The driver-side pages end to end: the shipped tool and library in the
+// device sandbox, on a copy of the sample gateway. What the pages print,
+// which tools they ran (the fakes' call log), what they traced (the console
+// capture) and the work files they left.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string readFile(const fs::path &path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+struct Outcome {
+  int status = -1;
+  std::string out, err;
+};
+
+class Pages : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (geteuid() != 0) GTEST_SKIP() << "the device sandbox needs root";
+    char tmpl[] = "/tmp/device-pages-XXXXXX";
+    ASSERT_NE(mkdtemp(tmpl), nullptr);
+    dir_ = tmpl;
+    fs::copy_file(CALTOFAL_SAMPLE_MODEL, dir_ / "gateway.model");
+  }
+  void TearDown() override {
+    if (!dir_.empty()) fs::remove_all(dir_);
+  }
+
+  // The tool with `args` in the sandbox (run folder dir_/run, kept).
+  Outcome tool(const std::string &args, const std::string &launcherOptions = "") {
+    fs::remove_all(dir_ / "run");
+    const std::string command =
+        "HOME=" + dir_.string() + " XDG_STATE_HOME=" + (dir_ / "state").string() + " " +
+        CALTOFAL_DEVICE_LAUNCHER + " " + launcherOptions + " --run " + (dir_ / "run").string() +
+        " -- " + CALTOFAL_TOOL + " --model " + (dir_ / "gateway.model").string() + " " + args +
+        " >" + (dir_ / "out").string() + " 2>" + (dir_ / "err").string();
+    const int wstatus = std::system(command.c_str());
+    return {WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1, readFile(dir_ / "out"),
+            readFile(dir_ / "err")};
+  }
+  std::string run(const std::string &name) { return readFile(dir_ / "run" / name); }
+
+  fs::path dir_;
+};
+
+TEST_F(Pages, ChannelsOfThe24GHzRadio) {
+  Outcome o = tool("wifi channels wlan0 1");
+  ASSERT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(o.out.substr(0, o.out.find('\n', o.out.find('\n') + 1) + 1),
+            "Channel   MHz  Widths (MHz)  Above  Below\n"
+            "      1  2412  20/40             5      -\n");
+  EXPECT_EQ(std::count(o.out.begin(), o.out.end(), '\n'), 14);
+  EXPECT_EQ(run("calls.log"), "iw dev wlan0 info\niw phy phy0 show_channel\n");
+  EXPECT_NE(run("console.log").find("(ZintuWifiUtil:"), std::string::npos);
+  EXPECT_NE(run("console.log").find(", GetChannelList) GetPhyNumber iw phy phy0 show_channel\n"),
+            std::string::npos);
+}
+
+TEST_F(Pages, StationsOfTheHomeNetwork) {
+  Outcome o = tool("wifi stations wlan0");
+  ASSERT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(o.out,
+            "MAC                RSSI  Antennas (dBm)\n"
+            "DA:4C:81:07:3B:11   -56  -52 -55 -57 -60\n"
+            "3E:91:0D:55:2A:12   -60  -58 -61 -63 -59\n"
+            "7A:02:B6:19:E4:13   -69  -66 -70 - -71\n");
+  // The library's own command line read the driver's file through cat.
+  EXPECT_EQ(run("wlan_wave/sta_info_wlan0").substr(0, 31), "DA:4C:81:07:3B:11 : STA MAC\n-52");
+  EXPECT_EQ(run("calls.log"), "");
+  EXPECT_NE(run("console.log").find("GetStaInfo) START_FUNCTION \n"), std::string::npos);
+}
+
+TEST_F(Pages, TheRepeaterLink) {
+  Outcome o = tool("--json repeater");
+  ASSERT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(nlohmann::json::parse(o.out),
+            nlohmann::json::parse(R"({"endpoint": 2, "interface": "wlan2.7", "connected": 1,
+              "upstream": "0E:77:12:9A:00:21", "width": 80, "channel": 36})"));
+  // Both steps wrote the one peer file; the channel figures came last.
+  EXPECT_EQ(run("wlan_wave/wlan2.7_peer_info"), "80\n36\n");
+}
+
+TEST_F(Pages, EveryPageGivesJson) {
+  for (const char *args : {"wifi channels wlan2 2", "wifi channel wlan2", "wifi phy wlan2",
+                           "wifi stations wlan2 92:1f:6c:d0:77:21", "wifi clients 1",
+                           "wifi acl 1", "wifi side 8 JP"}) {
+    Outcome o = tool(std::string("--json ") + args);
+    EXPECT_EQ(o.status, 0) << args << ": " << o.err;
+    EXPECT_TRUE(nlohmann::json::accept(o.out)) << args << ": " << o.out;
+  }
+  Outcome o = tool("--json wifi channels wlan2 2");
+  const auto channels = nlohmann::json::parse(o.out)["channels"];
+  EXPECT_EQ(channels.size(), 24u);
+  EXPECT_EQ(channels[4], nlohmann::json::parse(R"({"channel": 52, "frequency": 5260,
+      "bandwidths": [20, 40, 80, 160], "aboveChannel": 56, "belowChannel": 0, "dfs": true})"));
+}
+
+TEST_F(Pages, AnEditedDeviceTreeChangesThePage) {
+  fs::copy(DEVICE_TREE, dir_ / "tree", fs::copy_options::recursive);
+  std::ofstream(dir_ / "tree/wireless/wlan2/iwlist_channel") << "  Current Channel=100\n";
+  Outcome o = tool("wifi channel wlan2", "--tree " + (dir_ / "tree").string());
+  EXPECT_EQ(o.out, "100\n");
+  EXPECT_EQ(run("calls.log"), "iwlist wlan2 channel\n");
+}
+
+TEST_F(Pages, OnAPcTheToolEntersTheSandboxByItself) {
+  // No launcher named: the tool finds the driver files missing and runs
+  // itself again in the sandbox, as root; without root it says why.
+  const std::string model = (dir_ / "gateway.model").string();
+  const std::string base = "env HOME=" + dir_.string() + " " + CALTOFAL_TOOL +
+                           " --model " + model + " wifi channel wlan2";
+  int wstatus = std::system((base + " >" + (dir_ / "out").string()).c_str());
+  EXPECT_EQ(WEXITSTATUS(wstatus), 0);
+  EXPECT_EQ(readFile(dir_ / "out"), "36\n");
+
+  fs::permissions(dir_, fs::perms::all);
+  wstatus = std::system(("setpriv --reuid=65534 --regid=65534 --clear-groups " + base + " 2>" +
+                         (dir_ / "err").string())
+                            .c_str());
+  EXPECT_EQ(WEXITSTATUS(wstatus), 1);
+  EXPECT_EQ(readFile(dir_ / "err"),
+            "caltofal: this command needs the radio driver (/proc/net/mtlk); on a PC it runs in "
+            "the device sandbox, which needs root: run it as root, or set CALTOFAL_SANDBOX=off to "
+            "run it here without the driver\n");
+}
+
+TEST_F(Pages, HostileInterfaceNamesReachNoShell) {
+  for (const char *name : {"'x;id'", "'$(touch /tmp/pwned)'", "'wlan0 wlan2'", "'a\nb'"}) {
+    Outcome o = tool(std::string("wifi stations ") + name);
+    EXPECT_EQ(o.status, 2) << name;
+    EXPECT_EQ(run("calls.log"), "") << name;
+  }
+  EXPECT_FALSE(fs::exists("/tmp/pwned"));
+}
+
+}  // namespace
