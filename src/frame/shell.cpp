@@ -24,19 +24,41 @@ bool isInterfaceName(const char *name) {
   return true;
 }
 
-std::string word(std::string_view text) {
-  bool plain = true;
-  for (char c : text) plain = plain && c != '\0' && isPlain(c);
-  if (plain) return std::string(text);
-  std::string quoted = "'";
+std::string inSingleQuotes(std::string_view text) {
+  std::string out;
   for (char c : text) {
     if (c == '\'') {
-      quoted += "'\\''";
+      out += "'\\''";
     } else {
-      quoted += c;
+      out += c;
     }
   }
-  return quoted + "'";
+  return out;
+}
+
+std::string jsonEscaped(std::string_view text) {
+  static constexpr char kHex[] = "0123456789abcdef";
+  std::string out;
+  for (char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '"' || c == '\\') {
+      out += '\\';
+      out += c;
+    } else if (byte < 0x20) {
+      out += "\\u00";
+      out += kHex[byte >> 4];
+      out += kHex[byte & 0xf];
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
+
+std::string word(std::string_view text) {
+  bool plain = true;
+  for (char c : text) plain = plain && isPlain(c);
+  return plain ? std::string(text) : "'" + inSingleQuotes(text) + "'";
 }
 
 }  // namespace caltofal::shell

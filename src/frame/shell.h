@@ -16,4 +16,13 @@ bool isInterfaceName(const char *name);
 // (the empty text too), else in single quotes with each ' written '\''.
 std::string word(std::string_view text);
 
+// The text for a place inside a single-quoted part of a command line: each
+// ' written '\'' (close, escaped quote, reopen); nothing else changes, so a
+// text without ' stays byte-identical.
+std::string inSingleQuotes(std::string_view text);
+
+// The text as the inside of a JSON string: ", \ and U+0000 to U+001F
+// escaped; everything else unchanged.
+std::string jsonEscaped(std::string_view text);
+
 }  // namespace caltofal::shell

@@ -114,4 +114,36 @@ int stationsOf(std::string_view peerLines, const char *filter, WifiStaList *list
   return static_cast<int>(list->count);
 }
 
+bool SurveyColumns::complete() const {
+  for (const auto &column : text) {
+    if (column[0] == '\0') return false;
+  }
+  return true;
+}
+
+SurveyColumns surveyColumnsOf(const char *line) {
+  SurveyColumns c;
+  std::sscanf(line,
+              "%127[^\t]\t%127[^\t]\t%127[^\t]\t%127[^\t]\t%127[^\t]\t%127[^\t]\t%127[^\t]\t"
+              "%127[^\t]\t%127[^\t]\t%127[^\t]",
+              c.text[0], c.text[1], c.text[2], c.text[3], c.text[4], c.text[5], c.text[6],
+              c.text[7], c.text[8], c.text[9]);
+  return c;
+}
+
+SiteSurveyEntry surveyEntryOf(const SurveyColumns &c) {
+  SiteSurveyEntry e{};
+  copyPadded(e.ssid, c.text[0], 126);
+  e.channel = ConvInt(c.text[1]);
+  e.rssi = ConvInt(c.text[2]);
+  copyPadded(e.security, c.text[3], 126);
+  copyPadded(e.encryption, c.text[4], 126);
+  copyPadded(e.macaddr, c.text[5], 126);
+  e.bandwidth = ConvInt(c.text[6]);
+  copyPadded(e.phymode, c.text[7], 126);
+  copyPadded(e.sideband, c.text[8], 126);
+  e.product = ConvInt(c.text[9]);
+  return e;
+}
+
 }  // namespace caltofal::wifi

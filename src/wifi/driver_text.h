@@ -35,4 +35,18 @@ std::optional<int> currentChannelOf(const char *line);
 // the list's 128 entries; the count is returned.
 int stationsOf(std::string_view peerLines, const char *filter, WifiStaList *list);
 
+// The ten tab-separated columns of a site-survey result line (ssid,
+// channel, rssi, security, encryption, macaddr, bandwidth, phymode, sideband,
+// product), each at most 127 characters; columns after the first empty one
+// stay empty, and the last runs to the end of the line.
+struct SurveyColumns {
+  char text[10][128] = {};
+  bool complete() const;  // no column is empty
+};
+SurveyColumns surveyColumnsOf(const char *line);
+
+// The entry of a complete line: texts cut at 126 characters, numbers as
+// atoi reads them.
+SiteSurveyEntry surveyEntryOf(const SurveyColumns &columns);
+
 }  // namespace caltofal::wifi

@@ -163,8 +163,8 @@ CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values) {
             ifname, peer);
   // A missing file is called by the survey file's name, as the system has
   // always said here.
-  os::Stream *file = runToPeerFile(kFunction, __LINE__, command, peer,
-                                   "/tmp/wlan_wave/%s_scan_by_User.result");
+  os::Stream *file =
+      runToPeerFile(kFunction, __LINE__, command, peer, "/tmp/wlan_wave/%s_scan_by_User.result");
   if (file == nullptr) return 0;
   bool stored = false;
   int count = 0;

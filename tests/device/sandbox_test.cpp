@@ -113,7 +113,7 @@ TEST_F(Sandbox, WorkFilesStayInTheRunFolderAndTheShellHasSource) {
       run("echo kept > /tmp/wlan_wave/sta_info_wlan0; echo 'echo sourced' > /tmp/wlan_wave/s.sh; "
           "source /tmp/wlan_wave/s.sh; ls /opt/lantiq/etc");
   EXPECT_EQ(o.status, 0) << o.err;
-  EXPECT_EQ(o.out, "sourced\nnextmac.conf\n");
+  EXPECT_EQ(o.out, "sourced\nnextmac.conf\nugw_notify_defs.sh\n");
   EXPECT_EQ(log("wlan_wave/sta_info_wlan0"), "kept\n");
   EXPECT_FALSE(fs::exists("/tmp/wlan_wave/sta_info_wlan0"));
 }

@@ -31,6 +31,8 @@ std::string objectPathProblem(const std::string &path);
 std::string paramNameProblem(const std::string &name);         // not empty, at most 255
 std::string assignmentProblem(const std::string &assignment);  // NAME=VALUE, as above
 std::string notEmptyProblem(const std::string &text);
+// The library runs no command for any other interface name.
+std::string interfaceProblem(const std::string &name);
 
 // Configuration objects.
 int runGet(const Options &options, const std::string &path, const std::vector<std::string> &names);
@@ -90,5 +92,8 @@ void addWifiCommands(CLI::App &app, const Options &options, std::function<int()>
 // `needsDevice`. Call after addWifiCommands.
 void addDriverCommands(CLI::App &app, const Options &options, std::function<int()> &action,
                        bool &needsDevice);
+// Adds mesh, wifi survey, wifi scan and wps. Call after addWifiCommands.
+void addMeshCommands(CLI::App &app, const Options &options, std::function<int()> &action,
+                     bool &needsDevice);
 
 }  // namespace cli

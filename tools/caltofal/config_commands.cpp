@@ -8,6 +8,7 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <regex>
 #include <utility>
 
 #include "caltofal.h"
@@ -62,6 +63,14 @@ std::string assignmentProblem(const std::string &assignment) {
            std::to_string(kMaxValueLength) + " characters";
   }
   return {};
+}
+
+std::string interfaceProblem(const std::string &name) {
+  static const std::regex kName("[A-Za-z0-9][A-Za-z0-9._-]{0,14}");
+  if (std::regex_match(name, kName)) return {};
+  return "'" + name +
+         "' is no interface name (a letter or digit, then up to 14 letters, digits, '.', '_' "
+         "or '-')";
 }
 
 std::string notEmptyProblem(const std::string &text) {

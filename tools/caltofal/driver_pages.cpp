@@ -4,7 +4,6 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
-#include <regex>
 #include <string>
 
 #include "caltofal.h"
@@ -239,16 +238,7 @@ void addDriverCommands(CLI::App &app, const Options &options, std::function<int(
   };
   auto st = std::make_shared<State>();
   CLI::App *wifi = app.get_subcommand("wifi");
-  // The library runs no command for any other name; say so before asking.
-  const CLI::Validator interfaceName(
-      [](const std::string &name) {
-        static const std::regex kName("[A-Za-z0-9][A-Za-z0-9._-]{0,14}");
-        return std::regex_match(name, kName)
-                   ? std::string()
-                   : "'" + name + "' is no interface name (a letter or digit, then up to 14 "
-                                  "letters, digits, '.', '_' or '-')";
-      },
-      "");
+  const CLI::Validator interfaceName(interfaceProblem, "");
 
   CLI::App *channels = wifi->add_subcommand("channels", "The channels a radio may use");
   channels->add_option("IF", st->ifname, "Interface")->required()->check(interfaceName);

@@ -22,7 +22,7 @@ constexpr const char *kProgram = "caltofal [--model FILE] [--json] ";
 // Global options that take a value.
 constexpr const char *kValueOptions[] = {"--model", "--fail"};
 // Commands that have commands of their own.
-constexpr const char *kParents[] = {"wan", "dsl", "wifi"};
+constexpr const char *kParents[] = {"wan", "dsl", "wifi", "mesh"};
 
 struct UsageLine {
   const char *command;
@@ -58,7 +58,8 @@ constexpr UsageLine kUsageLines[] = {
     {"ipv6-check", "ipv6-check ADDRESS"},
     {"wifi",
      "wifi | wifi {ssid|radio} N | wifi set {ssid|radio} N NAME=VALUE... [--db-only] "
-     "[--force] [--dry-run] | wifi {channels|channel|side|phy|stations|clients|acl} ..."},
+     "[--force] [--dry-run] | wifi {channels|channel|side|phy|stations|clients|acl|survey|scan} "
+     "..."},
     {"wifi ssid", "wifi ssid N"},
     {"wifi radio", "wifi radio N"},
     {"wifi set", "wifi set {ssid|radio} N NAME=VALUE... [--db-only] [--force] [--dry-run]"},
@@ -69,13 +70,22 @@ constexpr UsageLine kUsageLines[] = {
     {"wifi stations", "wifi stations IF [MAC]"},
     {"wifi clients", "wifi clients RADIO"},
     {"wifi acl", "wifi acl SSID"},
+    {"wifi survey", "wifi survey [SSID]"},
+    {"wifi scan", "wifi scan IF SSID"},
     {"repeater", "repeater"},
+    {"mesh", "mesh [on|off|sync] | mesh ip MAC"},
+    {"mesh on", "mesh on"},
+    {"mesh off", "mesh off"},
+    {"mesh sync", "mesh sync"},
+    {"mesh ip", "mesh ip MAC"},
+    {"wps", "wps pbc|cancel|reset"},
     {"convert", "convert SETTING VALUE [--to-ui|--to-config]"},
     {"uci-escape", "uci-escape TEXT"},
 };
 constexpr const char *kAnyCommand =
     "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm|dsl|lan|lan6|multiwan|iptv|find|"
-    "ip-to-uint|ipv6-check|wifi|repeater|convert|uci-escape} [ARG...]  (caltofal --help)";
+    "ip-to-uint|ipv6-check|wifi|repeater|mesh|wps|convert|uci-escape} [ARG...]  (caltofal "
+    "--help)";
 
 const char *usageOf(const std::string &command) {
   for (const UsageLine &usage : kUsageLines) {
@@ -270,6 +280,7 @@ int run(int argc, char **argv) {
   cli::addWifiCommands(app, options, action, needsModel);
   bool needsDevice = false;
   cli::addDriverCommands(app, options, action, needsDevice);
+  cli::addMeshCommands(app, options, action, needsDevice);
 
   std::string unknown;
   std::string command = commandOf(argc, argv, &unknown);

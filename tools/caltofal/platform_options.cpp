@@ -17,23 +17,27 @@ namespace cli {
 
 namespace {
 
-// Unbuffered writes to one descriptor, whatever the C streams point at.
+// Buffered writes to one descriptor, whatever the C streams point at.
 class DescriptorBuf : public std::streambuf {
  public:
-  explicit DescriptorBuf(int fd) : fd_(fd) {}
+  explicit DescriptorBuf(int fd) : fd_(fd) { setp(buffer_, buffer_ + sizeof buffer_); }
 
  protected:
   int_type overflow(int_type c) override {
-    if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
-    char byte = traits_type::to_char_type(c);
-    return writeAll(&byte, 1) ? c : traits_type::eof();
+    if (!flush()) return traits_type::eof();
+    if (!traits_type::eq_int_type(c, traits_type::eof())) {
+      *pptr() = traits_type::to_char_type(c);
+      pbump(1);
+    }
+    return traits_type::not_eof(c);
   }
-  std::streamsize xsputn(const char *data, std::streamsize n) override {
-    return writeAll(data, static_cast<std::size_t>(n)) ? n : 0;
-  }
+  int sync() override { return flush() ? 0 : -1; }
 
  private:
-  bool writeAll(const char *data, std::size_t n) {
+  bool flush() {
+    const char *data = pbase();
+    std::size_t n = static_cast<std::size_t>(pptr() - pbase());
+    setp(buffer_, buffer_ + sizeof buffer_);
     while (n > 0) {
       ssize_t written = ::write(fd_, data, n);
       if (written < 0 && errno == EINTR) continue;
@@ -44,6 +48,7 @@ class DescriptorBuf : public std::streambuf {
     return true;
   }
   int fd_;
+  char buffer_[4096];
 };
 
 using ProblemFn = const char *(*)(const char *);
@@ -57,13 +62,21 @@ ProblemFn failureMapCheck() {
 
 void routeLibraryNotes(bool trace) {
   if (trace) return;
-  // Never destroyed: std::cerr is flushed once more when the program ends.
+  // Never destroyed: the streams are flushed once more when the program ends.
+  static DescriptorBuf *toStdout = new DescriptorBuf(STDOUT_FILENO);
   static DescriptorBuf *toStderr = new DescriptorBuf(STDERR_FILENO);
+  std::cout.flush();
   std::cerr.flush();
+  std::fflush(nullptr);
+  std::cout.rdbuf(toStdout);
   std::cerr.rdbuf(toStderr);
-  // The C library lets the standard streams be assigned: the library's notes
-  // written to stderr now go to /dev/null.
-  if (FILE *nowhere = std::fopen("/dev/null", "we")) stderr = nowhere;
+  // The C library lets the standard streams be assigned: what the library
+  // writes to stdout and stderr (its notes, survey lines it could not read,
+  // its coloured log) now goes to /dev/null.
+  if (FILE *nowhere = std::fopen("/dev/null", "we")) {
+    stdout = nowhere;
+    stderr = nowhere;
+  }
 }
 
 namespace {

@@ -8,9 +8,10 @@
 namespace cli {
 
 // The library writes notes for the device's log on standard error ("Get test
-// failure" after a failed request). Unless `trace`, they go nowhere; the
-// tool's own messages (std::cerr) and sanitizer reports still reach
-// descriptor 2.
+// failure" after a failed request) and standard output (survey lines it
+// could not read). Unless `trace`, they go nowhere; the tool's own output
+// (std::cout, std::cerr) and sanitizer reports still reach descriptors 1
+// and 2.
 void routeLibraryNotes(bool trace);
 
 // Adds the --fail entries after those of CALTOFAL_FAIL and hands the whole
