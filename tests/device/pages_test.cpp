@@ -98,8 +98,8 @@ TEST_F(Pages, TheRepeaterLink) {
 
 TEST_F(Pages, EveryPageGivesJson) {
   for (const char *args : {"wifi channels wlan2 2", "wifi channel wlan2", "wifi phy wlan2",
-                           "wifi stations wlan2 92:1f:6c:d0:77:21", "wifi clients 1",
-                           "wifi acl 1", "wifi side 8 JP"}) {
+                           "wifi stations wlan2 92:1f:6c:d0:77:21", "wifi clients 1", "wifi acl 1",
+                           "wifi side 8 JP"}) {
     Outcome o = tool(std::string("--json ") + args);
     EXPECT_EQ(o.status, 0) << args << ": " << o.err;
     EXPECT_TRUE(nlohmann::json::accept(o.out)) << args << ": " << o.out;
@@ -123,8 +123,8 @@ TEST_F(Pages, OnAPcTheToolEntersTheSandboxByItself) {
   // No launcher named: the tool finds the driver files missing and runs
   // itself again in the sandbox, as root; without root it says why.
   const std::string model = (dir_ / "gateway.model").string();
-  const std::string base = "env HOME=" + dir_.string() + " " + CALTOFAL_TOOL +
-                           " --model " + model + " wifi channel wlan2";
+  const std::string base = "env HOME=" + dir_.string() + " " + CALTOFAL_TOOL + " --model " + model +
+                           " wifi channel wlan2";
   int wstatus = std::system((base + " >" + (dir_ / "out").string()).c_str());
   EXPECT_EQ(WEXITSTATUS(wstatus), 0);
   EXPECT_EQ(readFile(dir_ / "out"), "36\n");
@@ -138,6 +138,78 @@ TEST_F(Pages, OnAPcTheToolEntersTheSandboxByItself) {
             "caltofal: this command needs the radio driver (/proc/net/mtlk); on a PC it runs in "
             "the device sandbox, which needs root: run it as root, or set CALTOFAL_SANDBOX=off to "
             "run it here without the driver\n");
+}
+
+TEST_F(Pages, MeshSyncSignalsTheDaemonAfterCheckingTheSatellites) {
+  Outcome o = tool("mesh sync");
+  ASSERT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(o.out, "the mesh daemon pushes the settings to 1 satellite\n");
+  const std::string slaves = "gddbc -i -g /runtime/singlesignoninfo/livingslave/ishasrptslave\n";
+  EXPECT_EQ(run("calls.log"), slaves + slaves +
+                                  "gddbc -i -s /runtime/nimbord/sysnotifycmd ''\n"
+                                  "killall -SIGUSR1 nimbord\n");
+  EXPECT_NE(run("console.log")
+                .find("(ZintuMeshGrove:272, ZINTU_meshgrove_get_from_shell) "
+                      "Received CMD [gddbc -i -s /runtime/nimbord/sysnotifycmd \"\" "
+                      "; killall -SIGUSR1 nimbord] returns [(null)] \n"),
+            std::string::npos);
+
+  o = tool("mesh off");
+  ASSERT_EQ(o.status, 0) << o.err;
+  o = tool("--json mesh sync");
+  EXPECT_EQ(nlohmann::json::parse(o.out)["reason"], "the mesh is off");
+  EXPECT_EQ(run("calls.log"), "gddbc -i -g /runtime/singlesignoninfo/livingslave/ishasrptslave\n");
+}
+
+TEST_F(Pages, TheSurveyJoinsBothBandsAndLeavesOutBrokenLines) {
+  Outcome o = tool("wifi survey");
+  ASSERT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(std::count(o.out.begin(), o.out.end(), '\n'), 8);  // a heading and 7 networks
+  EXPECT_NE(o.out.find("My Net                     1   -61  WPA2-PSK      AES         "
+                       "3c:52:82:10:44:01   20  11ng   none\n"),
+            std::string::npos);
+  const std::string console = run("console.log");
+  EXPECT_EQ(std::count(console.begin(), console.end(), '\n'), 4)  // the start, three broken lines
+      << console;
+  o = tool("--json wifi survey Upstream-5G");
+  EXPECT_EQ(nlohmann::json::parse(o.out)["networks"].size(), 1u);
+  EXPECT_EQ(run("wlan_wave/site_survey.result"),
+            readFile(fs::path(DEVICE_TREE) / "tmp/wlan_wave/wlan0_scan_by_User.result") +
+                readFile(fs::path(DEVICE_TREE) / "tmp/wlan_wave/wlan2_scan_by_User.result"));
+}
+
+// The fake bus client's log of one call: its command line and the JSON it
+// received.
+nlohmann::json notified(const std::string &calls) {
+  const std::size_t at = calls.find("json: ");
+  EXPECT_NE(at, std::string::npos) << calls;
+  return nlohmann::json::parse(calls.substr(at + 6, calls.find('\n', at) - at - 6));
+}
+
+TEST_F(Pages, WpsAndScanReachTheServiceDaemon) {
+  Outcome o = tool("wps pbc");
+  ASSERT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(
+      notified(run("calls.log")),
+      nlohmann::json::parse(R"({"notify_id": 44, "type": false, "pn1": "Action", "pv1": "PBC"})"));
+  o = tool("--json wifi scan wlan0 'My Net'");
+  ASSERT_EQ(o.status, 0) << o.err;
+  EXPECT_TRUE(nlohmann::json::accept(o.out));
+  EXPECT_EQ(notified(run("calls.log")),
+            nlohmann::json::parse(R"({"nid": 45, "type": false, "pn1": "Action", "pv1": "SCAN",
+                "pn2": "Name", "pv2": "wlan0", "pn3": "SSID", "pv3": "My Net"})"));
+}
+
+TEST_F(Pages, HostileSsidsChangeNoCommandAndNoJson) {
+  for (const char *ssid : {"'", "';id;'", "$(touch /tmp/pwned)", "`touch /tmp/pwned`", "\"", "\\",
+                           "%n%s", "-h", "\",\"x\":\""}) {
+    std::string quoted = "'";
+    for (const char *c = ssid; *c != '\0'; ++c) quoted += *c == '\'' ? "'\\''" : std::string(1, *c);
+    Outcome o = tool("wifi scan wlan0 -- " + quoted + "'");
+    ASSERT_EQ(o.status, 0) << ssid << ": " << o.err;
+    EXPECT_EQ(notified(run("calls.log"))["pv3"], ssid);
+  }
+  EXPECT_FALSE(fs::exists("/tmp/pwned"));
 }
 
 TEST_F(Pages, HostileInterfaceNamesReachNoShell) {
