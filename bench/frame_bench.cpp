@@ -6,8 +6,8 @@
 #include <cstring>
 #include <string>
 
-#include "caltofal.h"
 #include "calsim.h"
+#include "caltofal.h"
 #include "help_objlist.h"
 
 namespace {
@@ -20,8 +20,8 @@ std::string bigModel(int hosts) {
     std::snprintf(line, sizeof line,
                   "[Device.Hosts.Host.%d]\nPhysAddress = 02:00:00:%02X:%02X:%02X\n"
                   "IPAddress = 10.%d.%d.%d\nHostName = host%d\n",
-                  i, (i >> 16) & 0xff, (i >> 8) & 0xff, i & 0xff, (i >> 16) & 0xff,
-                  (i >> 8) & 0xff, i & 0xff, i);
+                  i, (i >> 16) & 0xff, (i >> 8) & 0xff, i & 0xff, (i >> 16) & 0xff, (i >> 8) & 0xff,
+                  i & 0xff, i);
     text += line;
     std::snprintf(line, sizeof line,
                   "[Device.IP.Interface.%d]\nEnable = true\nName = if%d\n"

@@ -12,7 +12,8 @@
 
 namespace {
 
-thread_local std::string t_lastError;
+// In the static TLS block: the library is loaded with the program.
+__attribute__((tls_model("initial-exec"))) thread_local std::string t_lastError;
 
 int serve(calsim::Entry entry, MsgHeader *msg) noexcept {
   std::string error;

@@ -54,11 +54,17 @@ int Emulator::request(Entry entry, MsgHeader *msg, std::string *error) {
     logged.init = msg->unInit;
     logged.reserved = msg->unReserved;
     logged.hasList = msg->pObjList != nullptr;
-    logged.objects = in.objects;
   }
   requests_.push_back(std::move(logged));
   if (requests_.size() > kMaxLoggedRequests) requests_.pop_front();
+  Request &entryLogged = requests_.back();
+  const int rc = serve(entry, msg, in, error);
+  // The objects as sent go to the log once the request no longer needs them.
+  entryLogged.objects = std::move(in.objects);
+  return rc;
+}
 
+int Emulator::serve(Entry entry, MsgHeader *msg, const Incoming &in, std::string *error) {
   if (injectCount_ > 0) {
     --injectCount_;
     *error = "injected failure " + std::to_string(injectCode_);

@@ -37,6 +37,8 @@ class Emulator {
   void reset();
 
  private:
+  // A request once logged: its answer or change, under the lock.
+  int serve(Entry entry, MsgHeader *msg, const Incoming &in, std::string *error);
   bool ensureLoaded(std::string *error);
   // The code that the environment's failure map gives this request (0: none).
   int failureOnDemand(const Incoming &in, std::string *error);

@@ -46,6 +46,7 @@ bool select(const Object *obj, const std::vector<std::string> &names, Answer *an
   answer->object = obj;
   answer->params.clear();
   if (names.empty()) {
+    answer->params.reserve(obj->params.size());
     for (const Param &p : obj->params) answer->params.push_back(&p);
     return true;
   }

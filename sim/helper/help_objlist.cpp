@@ -8,6 +8,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include "block_cache.h"
+
 #pragma GCC visibility push(default)
 #include "help_objlist.h"
 #include "help_sim.h"
@@ -130,15 +132,19 @@ void *help_calloc(uint32_t count, uint32_t size, const char *file, uint32_t line
   (void)file;
   (void)line;
   if (size != 0 && static_cast<uint64_t>(count) > SIZE_MAX / size) return nullptr;
-  void *p = calloc(count, size);
-  if (p != nullptr) g_liveAllocations.fetch_add(1);
+  const size_t total = static_cast<size_t>(count) * size;
+  bool fresh = true;
+  void *p = helpsim::takeBlock(total, &fresh);
+  if (p == nullptr) return nullptr;
+  if (!fresh) memset(p, 0, total);
+  g_liveAllocations.fetch_add(1);
   return p;
 }
 
 void help_free(void *ptr) {
   if (ptr == nullptr) return;
   g_liveAllocations.fetch_sub(1);
-  free(ptr);
+  helpsim::giveBlock(ptr);
 }
 
 ObjList *help_addObjList(ObjList *head, const char *name, uint16_t sid, uint16_t oid, uint32_t oper,
@@ -224,11 +230,36 @@ void help_delObj(ObjList *obj) {
 
 namespace {
 
+// A node taken from the cache keeps its old bytes past its texts' ends,
+// where no reader looks; everything a reader can see is set here or by the
+// caller.
+template <typename Node>
+void clearVisible(Node *node) {
+  if constexpr (std::is_same_v<Node, ParamList>) {
+    node->sParamValue[0] = '\0';
+    node->unParamId = 0;
+    node->unParamFlag = 0;
+    node->xPlist = HelpListLink{};
+  } else if constexpr (std::is_same_v<Node, ParamAttrList>) {
+    std::memset(&node->unParamId, 0, sizeof *node - offsetof(ParamAttrList, unParamId));
+  } else {
+    node->unSid = 0;
+    node->unOid = 0;
+    node->unObjOper = 0;
+    node->unObjFlag = 0;
+    std::memset(node->sReserved, 0, sizeof node->sReserved);
+    std::memset(&node->xOlist, 0, sizeof node->xOlist);
+  }
+}
+
 template <typename Node>
 Node *newNamedNode(const void *owner, const char *name) {
   if (owner == nullptr) return nullptr;
-  auto *node = static_cast<Node *>(help_calloc(1, sizeof(Node), "help_objlist", __LINE__));
+  bool fresh = true;
+  auto *node = static_cast<Node *>(helpsim::takeBlock(sizeof(Node), &fresh));
   if (node == nullptr) return nullptr;
+  g_liveAllocations.fetch_add(1);
+  if (!fresh) clearVisible(node);
   if constexpr (std::is_same_v<Node, ParamList> || std::is_same_v<Node, ParamAttrList>) {
     copyBounded(node->sParamName, sizeof node->sParamName, name);
   } else {

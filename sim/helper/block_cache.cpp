@@ -1,0 +1,128 @@
+#include "block_cache.h"
+
+#include <pthread.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#include "help_objlist.h"
+
+namespace helpsim {
+namespace {
+
+// Precedes every block: its size and its node class (-1 for none).
+struct alignas(16) Header {
+  std::size_t size;
+  std::int64_t cls;
+};
+
+// The node sizes worth keeping, one free list each.
+constexpr std::size_t kNodeSizes[] = {sizeof(ParamList), sizeof(ObjList), sizeof(ParamAttrList),
+                                      sizeof(ObjAttrList), sizeof(ObjACSList)};
+constexpr int kClasses = sizeof kNodeSizes / sizeof kNodeSizes[0];
+
+int classOf(std::size_t size) {
+  for (int i = 0; i < kClasses; ++i) {
+    if (kNodeSizes[i] == size) return i;
+  }
+  return -1;
+}
+
+std::size_t readLimit() {
+  const char *text = std::getenv("CALTOFAL_HELPER_CACHE");
+  char *end = nullptr;
+  unsigned long mib = text != nullptr ? std::strtoul(text, &end, 10) : 256;
+  if (text != nullptr && (end == text || *end != '\0' || mib > (1UL << 20))) mib = 256;
+  return static_cast<std::size_t>(mib) << 20;
+}
+
+// A freed node's first bytes hold the next free node of its class.
+struct FreeNode {
+  FreeNode *next;
+};
+
+// One thread's cache, plain data in the static TLS block (the library is
+// loaded with the program), so reaching it costs no lookup call. What it
+// holds goes back to the C library when the thread ends.
+struct Cache {
+  FreeNode *heads[kClasses];
+  std::size_t bytes;
+  bool registered;
+};
+__attribute__((tls_model("initial-exec"))) thread_local Cache t_cache;
+
+void releaseCache(void *cache) {
+  auto *c = static_cast<Cache *>(cache);
+  for (FreeNode *&head : c->heads) {
+    while (head != nullptr) {
+      FreeNode *next = head->next;
+      std::free(reinterpret_cast<Header *>(head) - 1);
+      head = next;
+    }
+  }
+  c->bytes = 0;
+}
+
+pthread_key_t cacheKey() {
+  static pthread_key_t key = [] {
+    pthread_key_t k;
+    pthread_key_create(&k, releaseCache);
+    return k;
+  }();
+  return key;
+}
+
+void *take(int cls) {
+  FreeNode *node = t_cache.heads[cls];
+  if (node == nullptr) return nullptr;
+  t_cache.heads[cls] = node->next;
+  t_cache.bytes -= kNodeSizes[cls];
+  return node;
+}
+
+bool keep(int cls, void *block) {
+  if (t_cache.bytes + kNodeSizes[cls] > cacheLimit()) return false;
+  if (!t_cache.registered) {
+    pthread_setspecific(cacheKey(), &t_cache);
+    t_cache.registered = true;
+  }
+  auto *node = static_cast<FreeNode *>(block);
+  node->next = t_cache.heads[cls];
+  t_cache.heads[cls] = node;
+  t_cache.bytes += kNodeSizes[cls];
+  return true;
+}
+
+}  // namespace
+
+std::size_t cacheLimit() {
+  static const std::size_t limit = readLimit();
+  return limit;
+}
+
+void *takeBlock(std::size_t size, bool *fresh) {
+  const int cls = classOf(size);
+  if (cls >= 0) {
+    if (void *block = take(cls)) {
+      *fresh = false;
+      return block;
+    }
+  }
+  if (size > SIZE_MAX - sizeof(Header)) return nullptr;
+  auto *header = static_cast<Header *>(std::calloc(1, sizeof(Header) + size));
+  if (header == nullptr) return nullptr;
+  header->size = size;
+  header->cls = cls;
+  *fresh = true;
+  return header + 1;
+}
+
+void giveBlock(void *block) {
+  Header *header = static_cast<Header *>(block) - 1;
+  const auto cls = static_cast<int>(header->cls);
+  if (cls >= 0 && keep(cls, block)) return;
+  std::free(header);
+}
+
+}  // namespace helpsim
