@@ -114,12 +114,12 @@ std::map<std::string, Call> pages() {
       {"GetDeviceID", [] { GetDeviceID("5A:E0:33:C4:61:41"); }},
       {"GetSsIdInfoFromFapiToBuff",
        [table] {
-         std::memset(table.get(), 0, sizeof *table);
+         table->count = 0;
          GetSsIdInfoFromFapiToBuff(1, table.get());
        }},
       {"GetWireInfoFromFapiToBuff",
        [table] {
-         std::memset(table.get(), 0, sizeof *table);
+         table->count = 0;
          GetWireInfoFromFapiToBuff(1, table.get());
        }},
       {"GetAssociatedDeviceNumberOfEntries", [] { GetAssociatedDeviceNumberOfEntries(1); }},

@@ -91,12 +91,14 @@ int Emulator::serve(Entry entry, MsgHeader *msg, const Incoming &in, std::string
              " select attribute nodes";
     return -1;
   }
-  if (entry == Entry::Get) return runGet(*live_, *defaults_, msg, in, error);
+  // Until the first set the model is as loaded: it answers defaults gets too.
+  if (entry == Entry::Get) return runGet(*live_, defaults_ ? *defaults_ : *live_, msg, in, error);
   return set(entry, in, error);
 }
 
 int Emulator::set(Entry entry, const Incoming &in, std::string *error) {
   std::vector<std::string> applied;
+  if (!defaults_) defaults_ = live_->copyValues();  // the model as loaded, kept from now on
   int rc = runSet(*live_, in, &applied, error);
   if (rc != 0) return rc;
   if (fileBacked_) {
@@ -180,7 +182,7 @@ bool Emulator::loadFromFile(const std::string &path, bool keepDefaults, std::str
     return false;
   }
   live_ = std::move(model);
-  if (!keepDefaults || !defaults_) defaults_ = live_->copyValues();
+  if (!keepDefaults) defaults_.reset();  // taken at the first set
   loadError_.clear();
   return true;
 }
@@ -208,7 +210,6 @@ bool Emulator::loadString(const std::string &text, const std::string &name, std:
     if (error) *error = reason;
     return false;
   }
-  defaults_ = live_->copyValues();
   return true;
 }
 

@@ -53,7 +53,7 @@ class Emulator {
   FileStamp stamp_;          // the file as last read or written
   std::string loadError_;    // why the model could not be loaded
   std::unique_ptr<Model> live_;
-  std::unique_ptr<Model> defaults_;  // the model as loaded
+  std::unique_ptr<Model> defaults_;  // the model as loaded, once a set changed it
   std::vector<std::string> memoryJournal_;
   std::deque<Request> requests_;
   int injectCode_ = 0;
