@@ -45,8 +45,11 @@ struct FreeNode {
 // One thread's cache, plain data in the static TLS block (the library is
 // loaded with the program), so reaching it costs no lookup call. What it
 // holds goes back to the C library when the thread ends.
+// Nodes are handed out in the order they were freed: a message is freed in
+// list order, so the next one is built over the same memory front to back.
 struct Cache {
   FreeNode *heads[kClasses];
+  FreeNode *tails[kClasses];
   std::size_t bytes;
   bool registered;
 };
@@ -61,6 +64,7 @@ void releaseCache(void *cache) {
       head = next;
     }
   }
+  for (FreeNode *&tail : c->tails) tail = nullptr;
   c->bytes = 0;
 }
 
@@ -77,6 +81,7 @@ void *take(int cls) {
   FreeNode *node = t_cache.heads[cls];
   if (node == nullptr) return nullptr;
   t_cache.heads[cls] = node->next;
+  if (node->next == nullptr) t_cache.tails[cls] = nullptr;
   t_cache.bytes -= kNodeSizes[cls];
   return node;
 }
@@ -88,8 +93,13 @@ bool keep(int cls, void *block) {
     t_cache.registered = true;
   }
   auto *node = static_cast<FreeNode *>(block);
-  node->next = t_cache.heads[cls];
-  t_cache.heads[cls] = node;
+  node->next = nullptr;
+  if (t_cache.tails[cls] != nullptr) {
+    t_cache.tails[cls]->next = node;
+  } else {
+    t_cache.heads[cls] = node;
+  }
+  t_cache.tails[cls] = node;
   t_cache.bytes += kNodeSizes[cls];
   return true;
 }
