@@ -10,6 +10,7 @@
 
 #include "commands.h"
 #include "failure.h"
+#include "help_text.h"
 #include "model_location.h"
 #include "output.h"
 #include "platform_options.h"
@@ -291,6 +292,10 @@ int run(int argc, char **argv) {
   bool needsDevice = false;
   cli::addDriverCommands(app, options, action, needsDevice);
   cli::addMeshCommands(app, options, action, needsDevice);
+  cli::useCommandList(app, [](const std::string &name) {
+    const char *usage = usageOf(name);
+    return usage == kAnyCommand ? std::string() : std::string(usage);
+  });
 
   std::string unknown;
   std::string command = commandOf(argc, argv, &unknown);
