@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "sample_path.h"
+
 namespace calsim {
 namespace {
 
@@ -155,7 +157,7 @@ bool Emulator::ensureLoaded(std::string *error) {
   // Without a named model the bundled sample is served read-only: changes
   // stay in this process and the sample file is never written.
   bool sample = path.empty();
-  if (sample) path = CALTOFAL_SAMPLE_MODEL;
+  if (sample) path = sampleModelPath();
   if (path == source_ && (live_ || !loadError_.empty()) && stampOf(path) == stamp_ &&
       fileBacked_ == !sample) {
     if (live_) return true;

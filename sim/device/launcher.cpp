@@ -37,9 +37,30 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// The device tree and the fake tools: the installed copies under
+// share/caltofal/device beside the launcher's bin folder, else the source
+// tree's (a build that is not installed).
+constexpr const char *kInstalledDevice = "../share/caltofal/device";
+
+fs::path installedDevice() {
+  std::error_code ignored;
+  fs::path self = fs::read_symlink("/proc/self/exe", ignored);
+  if (self.empty()) return {};
+  fs::path device = self.parent_path() / kInstalledDevice;
+  if (fs::is_directory(device / "tree", ignored) && fs::is_directory(device / "tools", ignored)) {
+    return device.lexically_normal();
+  }
+  return {};
+}
+
+std::string devicePart(const char *part, const char *built) {
+  fs::path installed = installedDevice();
+  return installed.empty() ? std::string(built) : (installed / part).string();
+}
+
 struct Options {
-  std::string tree = CALTOFAL_DEVICE_TREE;
-  std::string tools = CALTOFAL_DEVICE_TOOLS;
+  std::string tree = devicePart("tree", CALTOFAL_DEVICE_TREE);
+  std::string tools = devicePart("tools", CALTOFAL_DEVICE_TOOLS);
   std::string run;
   bool consoleToStderr = false;
   std::vector<std::string> command;

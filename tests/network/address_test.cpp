@@ -38,6 +38,18 @@ TEST(IPConvertTouint, StoresTheAddressInNetworkByteOrder) {
   }
 }
 
+// The number itself differs with the byte order: on the gateway's big-endian
+// MIPS it reads as 0xC0A80101, on a little-endian PC the bytes are reversed.
+TEST(IPConvertTouint, IsTheNumberOfTheTargetsByteOrder) {
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+  EXPECT_EQ(IPConvertTouint("192.168.1.1"), 0xC0A80101u);
+  EXPECT_EQ(IPConvertTouint("10.0.0.1"), 0x0A000001u);
+#else
+  EXPECT_EQ(IPConvertTouint("192.168.1.1"), 0x0101A8C0u);
+  EXPECT_EQ(IPConvertTouint("10.0.0.1"), 0x0100000Au);
+#endif
+}
+
 TEST(ValidationCheckIPv6Addr, AcceptsWhatInetPtonTakes) {
   struct Case {
     const char *text;

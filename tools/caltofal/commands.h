@@ -41,6 +41,9 @@ int runSet(const Options &options, const std::string &path,
 int runHost(const Options &options, const std::string &address);
 int runJournal(const Options &options, const ModelFile &model);
 int runReset(const Options &options);
+// The objects at or under `path` in the model-file format; secrets masked
+// unless options.showSecrets.
+int runExport(const Options &options, const std::string &path);
 
 // Network pages.
 int runOpMode(const Options &options);

@@ -10,6 +10,7 @@
 
 #include "commands.h"
 #include "failure.h"
+#include "help_text.h"
 #include "model_location.h"
 #include "output.h"
 #include "platform_options.h"
@@ -36,6 +37,7 @@ constexpr UsageLine kUsageLines[] = {
     {"host", "host MAC|IP"},
     {"journal", "journal"},
     {"reset", "reset"},
+    {"export", "export [PATH] [--show-secrets]"},
     {"opmode", "opmode"},
     {"wan",
      "wan [--show-secrets] | wan {bridge|dns|uci-section|lower-layers|eth-object|ifname} ..."},
@@ -83,7 +85,7 @@ constexpr UsageLine kUsageLines[] = {
     {"uci-escape", "uci-escape TEXT"},
 };
 constexpr const char *kAnyCommand =
-    "{get|set|host|journal|reset|opmode|wan|ipv6pd|atm|dsl|lan|lan6|multiwan|iptv|find|"
+    "{get|set|host|journal|reset|export|opmode|wan|ipv6pd|atm|dsl|lan|lan6|multiwan|iptv|find|"
     "ip-to-uint|ipv6-check|wifi|repeater|mesh|wps|convert|uci-escape} [ARG...]  (caltofal "
     "--help)";
 
@@ -160,7 +162,7 @@ int run(int argc, char **argv) {
   CLI::Option *modelOption = app.add_option(
       "--model", options.model, "Run on this model file (default: a working copy of the sample)");
   app.add_flag("--json", options.json, "Print JSON");
-  app.add_flag("--show-secrets", options.showSecrets, "Show the PPP password of the wan page");
+  app.add_flag("--show-secrets", options.showSecrets, "Show secrets: the PPP password, Wi-Fi keys, exported secrets");
   app.add_flag("--trace", options.trace,
                "Also show the library's own notes for the device's log on standard error");
   app.add_option("--fail", options.failures,
@@ -201,6 +203,15 @@ int run(int argc, char **argv) {
 
   CLI::App *journal = app.add_subcommand("journal", "Show what was applied to the model");
   CLI::App *reset = app.add_subcommand("reset", "Start the working copy over from the sample");
+
+  CLI::App *exportModel =
+      app.add_subcommand("export", "Write the configuration (or a subtree) as a model file");
+  exportModel->add_option("PATH", path, "Object path (default Device.)")->check(objectPath);
+  exportModel->callback([&] {
+    if (options.json) throw CLI::ValidationError("export", "writes a model file, not JSON");
+    if (path.empty()) path = "Device.";
+    action = [&] { return cli::runExport(options, path); };
+  });
 
   CLI::App *opmode = app.add_subcommand("opmode", "Print the operation mode");
   opmode->callback([&] { action = [&] { return cli::runOpMode(options); }; });
@@ -281,6 +292,10 @@ int run(int argc, char **argv) {
   bool needsDevice = false;
   cli::addDriverCommands(app, options, action, needsDevice);
   cli::addMeshCommands(app, options, action, needsDevice);
+  cli::useCommandList(app, [](const std::string &name) {
+    const char *usage = usageOf(name);
+    return usage == kAnyCommand ? std::string() : std::string(usage);
+  });
 
   std::string unknown;
   std::string command = commandOf(argc, argv, &unknown);

@@ -123,11 +123,13 @@ bool copySample(const std::string &sample, const std::string &target, std::strin
 
 }  // namespace
 
+// An installed tool uses the installed sample; a build's tool, which has none
+// beside it, the source tree's.
 std::string sampleModelPath() {
-  std::string built = CALTOFAL_SAMPLE_MODEL;
-  if (readable(built)) return built;
   std::string dir = executableDir();
   if (!dir.empty() && readable(dir + kInstalledSample)) return dir + kInstalledSample;
+  std::string built = CALTOFAL_SAMPLE_MODEL;
+  if (readable(built)) return built;
   return {};
 }
 
@@ -171,8 +173,8 @@ bool locateModel(const std::string &named, bool create, ModelFile *model, std::s
   if (!create || readable(copy)) return true;
   std::string sample = sampleModelPath();
   if (sample.empty()) {
-    *error = std::string("cannot find the sample model (looked for ") + CALTOFAL_SAMPLE_MODEL +
-             " and " + executableDir() + kInstalledSample + ")";
+    *error = std::string("cannot find the sample model (looked for ") + executableDir() +
+             kInstalledSample + " and " + CALTOFAL_SAMPLE_MODEL + ")";
     return false;
   }
   return makeDirs(copy.substr(0, copy.rfind('/')), error) && copySample(sample, copy, error);
