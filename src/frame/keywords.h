@@ -15,14 +15,18 @@ struct Keyword {
 
 // Main operations of the one-object requests (exact, case-sensitive, in order).
 inline constexpr Keyword kMainOps[] = {
-    {"get", 1, 4, false},       {"set", 2, 4, false},    {"factoryreset", 32, 4, false},
-    {"backup", 64, 4, false},   {"reboot", 128, 4, false}, {"fwupgrade", 256, 4, false},
+    {"get", 1, 4, false},     {"set", 2, 4, false},      {"factoryreset", 32, 4, false},
+    {"backup", 64, 4, false}, {"reboot", 128, 4, false}, {"fwupgrade", 256, 4, false},
 };
 
 // faltocal_SendMultiObj: the one-object table plus the filtered get.
 inline constexpr Keyword kSendMultiOps[] = {
-    {"get", 1, 0, false},        {"set", 2, 0, false},       {"factoryreset", 32, 0, false},
-    {"backup", 64, 0, false},    {"reboot", 128, 0, false},  {"fwupgrade", 256, 0, false},
+    {"get", 1, 0, false},
+    {"set", 2, 0, false},
+    {"factoryreset", 32, 0, false},
+    {"backup", 64, 0, false},
+    {"reboot", 128, 0, false},
+    {"fwupgrade", 256, 0, false},
     {"get_filter_by_param_value", 1, 0, true},
 };
 
@@ -42,7 +46,7 @@ inline constexpr Keyword kMultiOps[] = {
 
 // Sub-operations.
 inline constexpr Keyword kSubOps[] = {
-    {"get", 8, 0, false}, {"set", 4, 0, false}, {"add", 1, 0, false},
+    {"get", 8, 0, false}, {"set", 4, 0, false},  {"add", 1, 0, false},
     {"del", 2, 0, false}, {"act", 16, 0, false},
 };
 

@@ -43,8 +43,8 @@ struct Variant {
 };
 
 constexpr Variant kMultiObj = {"faltocal_send_main_multi_obj", 661, true, 744, 775, 830};
-constexpr Variant kNoVariable = {"faltocal_send_main_multi_obj_No_variable", 1025, false, 950, 981,
-                                 1050};
+constexpr Variant kNoVariable = {
+    "faltocal_send_main_multi_obj_No_variable", 1025, false, 950, 981, 1050};
 
 int sendFailed(const Variant &v, int line, const char *object) {
   traceTag(kUnitFrame, line, v.function);
@@ -58,7 +58,9 @@ int unknownKeyword(const Variant &v, int line, const char *word, const char *obj
   return -1;
 }
 
-bool isQuery(const char *object) { return strncasecmp(object, "query", 256) == 0; }
+bool isQuery(const char *object) {
+  return strncasecmp(object, "query", 256) == 0;
+}
 bool isStoreOnly(const char *mainOper) {
   return mainOper != nullptr && std::strcmp(mainOper, "set_only_db") == 0;
 }
@@ -128,8 +130,8 @@ using namespace caltofal;
 extern "C" {
 
 CALTOFAL_API int faltocal_send_main_multi_obj(MsgHeader *message, const char *object,
-                                              const char *mainOper, const char *subOper,
-                                              int count, ...) {
+                                              const char *mainOper, const char *subOper, int count,
+                                              ...) noexcept {
   va_list list;
   va_start(list, count);
   int rc = multiObj(kMultiObj, message, object, mainOper, subOper, count, Args(&list));
@@ -138,17 +140,15 @@ CALTOFAL_API int faltocal_send_main_multi_obj(MsgHeader *message, const char *ob
 }
 
 CALTOFAL_API int faltocal_send_main_multi_obj_No_variable(MsgHeader *message, const char *object,
-                                                          const char *mainOper,
-                                                          const char *subOper, int count,
-                                                          const char **params) {
+                                                          const char *mainOper, const char *subOper,
+                                                          int count, const char **params) noexcept {
   if (count > 0 && params == nullptr) return -1;
   return multiObj(kNoVariable, message, object, mainOper, subOper, count, Args(params));
 }
 
 CALTOFAL_API int faltocal_SendMultiObj(uint8_t send, uint32_t listFlags, uint32_t owner,
-                                       MsgHeader *message, const char *object,
-                                       const char *mainOper, const char *subOper, int count,
-                                       ...) {
+                                       MsgHeader *message, const char *object, const char *mainOper,
+                                       const char *subOper, int count, ...) noexcept {
   if (message == nullptr || object == nullptr) return -1;
   if (std::strncmp(object, "query", 256) == 0) return send ? faltocal_sendQuery(message) : 0;
   bool filter = false;
@@ -181,4 +181,3 @@ CALTOFAL_API int faltocal_SendMultiObj(uint8_t send, uint32_t listFlags, uint32_
 }
 
 }  // extern "C"
-

@@ -43,7 +43,7 @@ int sendWith(MsgHeader *message, CalCall setCall) {
 int sendMainV(MsgHeader *message, const char *object, const char *mainOper, const char *subOper,
               int count, va_list args, uint32_t owner, Sender sender) {
   const Keyword *main = findKeyword(kMainOps, mainOper);
-  if (main == nullptr || message == nullptr) return -1;
+  if (main == nullptr || message == nullptr || object == nullptr) return -1;
   HELP_CREATE_OBJ(message, main->main, SOPT_OBJVALUE, owner);
   const Keyword *sub = findKeyword(kSubOps, subOper);
   if (sub == nullptr) return -1;
@@ -68,14 +68,16 @@ using namespace caltofal;
 
 extern "C" {
 
-CALTOFAL_API int faltocal_sendQuery(MsgHeader *message) { return sendWith(message, cal_setValue); }
+CALTOFAL_API int faltocal_sendQuery(MsgHeader *message) noexcept {
+  return sendWith(message, cal_setValue);
+}
 
-CALTOFAL_API int faltocal_sendQuery_ToDb(MsgHeader *message) {
+CALTOFAL_API int faltocal_sendQuery_ToDb(MsgHeader *message) noexcept {
   return sendWith(message, cal_setValueToDb);
 }
 
 CALTOFAL_API int faltocal_send_main(MsgHeader *message, const char *object, const char *mainOper,
-                                    const char *subOper, int count, ...) {
+                                    const char *subOper, int count, ...) noexcept {
   va_list args;
   va_start(args, count);
   int rc = sendMainV(message, object, mainOper, subOper, count, args, 32, faltocal_sendQuery);
@@ -85,11 +87,10 @@ CALTOFAL_API int faltocal_send_main(MsgHeader *message, const char *object, cons
 
 CALTOFAL_API int faltocal_send_main_ToDb(MsgHeader *message, const char *object,
                                          const char *mainOper, const char *subOper, int count,
-                                         ...) {
+                                         ...) noexcept {
   va_list args;
   va_start(args, count);
-  int rc =
-      sendMainV(message, object, mainOper, subOper, count, args, 4, faltocal_sendQuery_ToDb);
+  int rc = sendMainV(message, object, mainOper, subOper, count, args, 4, faltocal_sendQuery_ToDb);
   va_end(args);
   return rc;
 }

@@ -79,7 +79,7 @@ void chomp(char *line) {
 
 extern "C" {
 
-CALTOFAL_API int GetEPEnable(char *ifnameOut) {
+CALTOFAL_API int GetEPEnable(char *ifnameOut) noexcept {
   static constexpr char kFunction[] = "GetEPEnable";
   EndPointState endpoints[2];
   char objects[2][kLine] = {};
@@ -124,7 +124,7 @@ CALTOFAL_API int GetEPEnable(char *ifnameOut) {
   return result;
 }
 
-CALTOFAL_API int GetEPContection(const char *ifname, char *macOut) {
+CALTOFAL_API int GetEPContection(const char *ifname, char *macOut) noexcept {
   static constexpr char kFunction[] = "GetEPContection";
   if (ifname == nullptr || !shell::isInterfaceName(ifname)) return 0;
   char peer[kLine] = {0};
@@ -145,13 +145,13 @@ CALTOFAL_API int GetEPContection(const char *ifname, char *macOut) {
   return 1;
 }
 
-CALTOFAL_API int GetEPConnectionStatus(char *macOut) {
+CALTOFAL_API int GetEPConnectionStatus(char *macOut) noexcept {
   char name[kLine] = {0};
   if (GetEPEnable(name) == -1) return 0;
   return GetEPContection(name, macOut);
 }
 
-CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values) {
+CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values) noexcept {
   static constexpr char kFunction[] = "ReqEPChannelInfo";
   if (ifname == nullptr || !shell::isInterfaceName(ifname)) return 0;
   char peer[kLine] = {0};
@@ -163,8 +163,8 @@ CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values) {
             ifname, peer);
   // A missing file is called by the survey file's name, as the system has
   // always said here.
-  os::Stream *file = runToPeerFile(kFunction, __LINE__, command, peer,
-                                   "/tmp/wlan_wave/%s_scan_by_User.result");
+  os::Stream *file =
+      runToPeerFile(kFunction, __LINE__, command, peer, "/tmp/wlan_wave/%s_scan_by_User.result");
   if (file == nullptr) return 0;
   bool stored = false;
   int count = 0;
