@@ -13,7 +13,7 @@ extern "C" {
 CALTOFAL_API int faltocal_create_msg(MsgHeader *header, const char *operation) noexcept {
   const Keyword *op = findKeyword(kMainOps, operation);
   if (op == nullptr || header == nullptr) return -1;
-  HELP_CREATE_OBJ(header, op->main, SOPT_TREE | SOPT_OBJVALUE, 32);
+  HELP_CREATE_OBJ(header, op->code, SOPT_TREE | SOPT_OBJVALUE, 32);
   return 0;
 }
 
