@@ -2,6 +2,9 @@
 // over the shipped library, the emulator and real commands. After a warm-up
 // of a tenth of the calls, resident memory may grow by at most 64 KiB, the
 // open descriptors must stay the same and no child may be left unreaped.
+// The memory bound needs the long form: the emulator keeps a log of the
+// latest requests, which fills up to its cap during the first tens of
+// thousands of calls; with fewer than 1,000,000 calls it is not applied.
 // Prints the figures; exit status 1 when a bound is broken.
 //   caltofal_soak [CALLS]        (CALTOFAL_MODEL names the model; see scripts/soak)
 #include <dirent.h>
@@ -130,10 +133,14 @@ int main(int argc, char **argv) {
   std::printf("soak: %ld calls in %.1f s, %ld wrong answers\n", calls, seconds, wrong);
   std::printf(
       "soak: resident %ld KiB after warm-up, %ld KiB at most after, growth %ld KiB (limit 64%s)\n",
-      rssStart, rssPeak, growth, kMemoryBound ? "" : ", not applied under AddressSanitizer");
+      rssStart, rssPeak, growth,
+      !kMemoryBound     ? ", not applied under AddressSanitizer"
+      : calls < 1000000 ? ", applied from 1,000,000 calls"
+                        : "");
   std::printf("soak: descriptors %ld after warm-up, %d at the end; children left: %s\n", fdsStart,
               fdsEnd, zombies ? "yes" : "none");
-  const bool ok = wrong == 0 && (growth <= 64 || !kMemoryBound) && fdsEnd == fdsStart && !zombies;
+  const bool memoryBound = kMemoryBound && calls >= 1000000;
+  const bool ok = wrong == 0 && (growth <= 64 || !memoryBound) && fdsEnd == fdsStart && !zombies;
   std::printf("soak: %s\n", ok ? "within bounds" : "BOUND BROKEN");
   return ok ? 0 : 1;
 }
