@@ -24,6 +24,13 @@
 #define CALTOFAL_API
 #endif
 
+/* No exported function lets a C++ exception out: in C++ they are noexcept. */
+#ifdef __cplusplus
+#define CALTOFAL_NOEXCEPT noexcept
+#else
+#define CALTOFAL_NOEXCEPT
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -59,70 +66,75 @@ extern CALTOFAL_API pthread_mutex_t capi_mutex;
 
 /* Writes a formatted text to /dev/console; returns close()'s result, or the
  * negative descriptor when the console cannot be opened. */
-CALTOFAL_API int PRINT_TO_CONSOLE(const char *format, ...) __attribute__((format(printf, 1, 2)));
+CALTOFAL_API int PRINT_TO_CONSOLE(const char *format, ...) CALTOFAL_NOEXCEPT
+    __attribute__((format(printf, 1, 2)));
 
 /* Message building (nodes are the platform's object and parameter nodes). */
-CALTOFAL_API MsgHeader *faltocal_createMessage(uint32_t mainOper, uint32_t listFlags);
+CALTOFAL_API MsgHeader *faltocal_createMessage(uint32_t mainOper,
+                                               uint32_t listFlags) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int faltocal_FillObject(void **outNode, void *listHead, const char *objectName,
-                                     uint32_t mainOper, uint32_t subOper, uint32_t listFlags);
+                                     uint32_t mainOper, uint32_t subOper,
+                                     uint32_t listFlags) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int faltocal_FillParam(void **node, uint32_t mainOper, const char *paramName,
-                                    uint32_t paramId, const char *value);
-CALTOFAL_API int faltocal_AddFilter(void **node, const char *paramName, const char *value);
-CALTOFAL_API int faltocal_finalize(MsgHeader *message);
+                                    uint32_t paramId, const char *value) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int faltocal_AddFilter(void **node, const char *paramName,
+                                    const char *value) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int faltocal_finalize(MsgHeader *message) CALTOFAL_NOEXCEPT;
 
 /* Senders: main operation 1 through cal_getValue, 2 through cal_setValue
  * (or cal_setValueToDb for the _ToDb form); anything else -1. */
-CALTOFAL_API int faltocal_sendQuery(MsgHeader *message);
-CALTOFAL_API int faltocal_sendQuery_ToDb(MsgHeader *message);
+CALTOFAL_API int faltocal_sendQuery(MsgHeader *message) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int faltocal_sendQuery_ToDb(MsgHeader *message) CALTOFAL_NOEXCEPT;
 
 /* One-object requests: count names (get) or name/value pairs (set). */
 CALTOFAL_API int faltocal_send_main(MsgHeader *message, const char *object, const char *mainOper,
-                                    const char *subOper, int count, ...);
+                                    const char *subOper, int count, ...) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int faltocal_send_main_ToDb(MsgHeader *message, const char *object,
                                          const char *mainOper, const char *subOper, int count,
-                                         ...);
+                                         ...) CALTOFAL_NOEXCEPT;
 
 /* Multi-object requests: an object containing '&' is queued, "query" sends. */
 CALTOFAL_API int faltocal_send_main_multi_obj(MsgHeader *message, const char *object,
-                                              const char *mainOper, const char *subOper,
-                                              int count, ...);
+                                              const char *mainOper, const char *subOper, int count,
+                                              ...) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int faltocal_send_main_multi_obj_No_variable(MsgHeader *message, const char *object,
-                                                          const char *mainOper,
-                                                          const char *subOper, int count,
-                                                          const char **params);
+                                                          const char *mainOper, const char *subOper,
+                                                          int count,
+                                                          const char **params) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int faltocal_SendMultiObj(uint8_t send, uint32_t listFlags, uint32_t owner,
-                                       MsgHeader *message, const char *object,
-                                       const char *mainOper, const char *subOper, int count,
-                                       ...);
+                                       MsgHeader *message, const char *object, const char *mainOper,
+                                       const char *subOper, int count, ...) CALTOFAL_NOEXCEPT;
 
 /* Answer lookup. */
 CALTOFAL_API int caltofal_paramValue_get(void *objectList, const char *objectPart,
-                                         const char *paramName, char **out);
+                                         const char *paramName, char **out) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int zintu_GetParamFromObjUnit(void *object, const char *paramName,
-                                           const char **out);
-CALTOFAL_API void zintu_InsertDotEndofObj(char *path);
+                                           const char **out) CALTOFAL_NOEXCEPT;
+CALTOFAL_API void zintu_InsertDotEndofObj(char *path) CALTOFAL_NOEXCEPT;
 
 /* Wi-Fi message builder: header for an operation keyword, flags 0x1004, owner 32. */
-CALTOFAL_API int faltocal_create_msg(MsgHeader *header, const char *operation);
+CALTOFAL_API int faltocal_create_msg(MsgHeader *header, const char *operation) CALTOFAL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------ */
 /* Identity, address checks and text utilities                               */
 /* ------------------------------------------------------------------------ */
 
 /* Host-table instance number of the device with this MAC or IPv4 address; 0 if none. */
-CALTOFAL_API int GetDeviceID(const char *identifier);
+CALTOFAL_API int GetDeviceID(const char *identifier) CALTOFAL_NOEXCEPT;
 /* MAC address of an interface from the platform's MAC allocation file; 0 or -1. */
-CALTOFAL_API int zintu_scapi_getMacFromFile(const char *interfaceName, char *macOut);
-CALTOFAL_API int zintu_isValidMacAddress(const char *mac);      /* 0 valid, -1 not */
-CALTOFAL_API int zintu_isValidIPv4Address(const char *address); /* 0 valid, -1 not */
-CALTOFAL_API int itoa(int value, char *out);
-CALTOFAL_API int atob(const char *text);
-CALTOFAL_API char *strupr(char *text);
-CALTOFAL_API void reverse_string(char *text);
-CALTOFAL_API char *trim_start_space(char *text);
-CALTOFAL_API char *remove_rss_tag(char *text, const char *openTag);
+CALTOFAL_API int zintu_scapi_getMacFromFile(const char *interfaceName,
+                                            char *macOut) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int zintu_isValidMacAddress(const char *mac) CALTOFAL_NOEXCEPT; /* 0 valid, -1 not */
+CALTOFAL_API int zintu_isValidIPv4Address(const char *address)
+    CALTOFAL_NOEXCEPT; /* 0 valid, -1 not */
+CALTOFAL_API int itoa(int value, char *out) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int atob(const char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API char *strupr(char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API void reverse_string(char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API char *trim_start_space(char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API char *remove_rss_tag(char *text, const char *openTag) CALTOFAL_NOEXCEPT;
 /* First output line of a command (128-byte output buffer). */
-CALTOFAL_API char *get_from_shell(const char *command, char *output);
+CALTOFAL_API char *get_from_shell(const char *command, char *output) CALTOFAL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------ */
 /* Network pages                                                             */
@@ -227,32 +239,35 @@ extern CALTOFAL_API const char *const DEF_DSL_MODE[10];
 /* "Device.IP.Interface.3." to "Device.IP.Interface.21.". */
 extern CALTOFAL_API const char *const ZINTU_DEF_IP_INTERFACE[19];
 
-CALTOFAL_API int32_t ZintuGet_OperMode(void);
-CALTOFAL_API int32_t ZintuGet_DefGw(ZintuWanInfo *info);
-CALTOFAL_API int32_t ZintuGet_UciSectionByConnMode(const char *connMode, char *uciSection);
-CALTOFAL_API int32_t ZintuGet_UciSectionOfDefGw(char *uciSection);
-CALTOFAL_API int32_t ZintuGet_LowerLayers(const char *object, char *lowerLayers);
-CALTOFAL_API int32_t ZintuGet_EthWanObjName(char *objName);
-CALTOFAL_API int32_t ZintuGet_LineInfo(ZintuDslLineInfo *info);
-CALTOFAL_API int32_t ZintuGet_DslMode(int32_t modes[10]);
-CALTOFAL_API int32_t ZintuGet_WanDns(const char *ipInterface, char *dns1, char *dns2);
+CALTOFAL_API int32_t ZintuGet_OperMode(void) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_DefGw(ZintuWanInfo *info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_UciSectionByConnMode(const char *connMode,
+                                                   char *uciSection) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_UciSectionOfDefGw(char *uciSection) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_LowerLayers(const char *object, char *lowerLayers) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_EthWanObjName(char *objName) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_LineInfo(ZintuDslLineInfo *info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_DslMode(int32_t modes[10]) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_WanDns(const char *ipInterface, char *dns1,
+                                     char *dns2) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int32_t ZintuGet_WanStaticDns(const char *ipInterface, int32_t *dnsAuto, char *dns1,
-                                           char *dns2);
-CALTOFAL_API int32_t ZintuGet_BrWanInfo(uint32_t flags, ZintuWanInfo *info);
-CALTOFAL_API int32_t ZintuGet_WanIPv6(ZintuWanInfo *info);
-CALTOFAL_API int32_t ZintuGet_DefWanInfo(ZintuWanInfo *info);
-CALTOFAL_API int32_t ZintuGet_IPv6PD(void);
-CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info);
-CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info);
-CALTOFAL_API int32_t ZintuGet_LANv6Info(LANv6Info *pxLANv6Info);
-CALTOFAL_API int32_t ZintuGet_MultiWanInfo(ZintuMultiWanInfo *info);
-CALTOFAL_API int32_t zintu_GetWanIfName(char *ifName);
+                                           char *dns2) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_BrWanInfo(uint32_t flags, ZintuWanInfo *info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_WanIPv6(ZintuWanInfo *info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_DefWanInfo(ZintuWanInfo *info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_IPv6PD(void) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_LANv6Info(LANv6Info *pxLANv6Info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t ZintuGet_MultiWanInfo(ZintuMultiWanInfo *info) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t zintu_GetWanIfName(char *ifName) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int32_t zintu_GetValueFromDBInfo(const char *object, const char *filterParam,
                                               const char *filterValue, const char *wantedParam,
-                                              char *outObjectName, char *outValue);
-CALTOFAL_API int32_t Zintu_isEnabledIptvStb(void);
-CALTOFAL_API uint32_t IPConvertTouint(const char *text);
-CALTOFAL_API int32_t validationCheck_IPv6Addr(const char *text);
+                                              char *outObjectName,
+                                              char *outValue) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t Zintu_isEnabledIptvStb(void) CALTOFAL_NOEXCEPT;
+CALTOFAL_API uint32_t IPConvertTouint(const char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int32_t validationCheck_IPv6Addr(const char *text) CALTOFAL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------ */
 /* Mesh control                                                              */
@@ -288,39 +303,47 @@ extern CALTOFAL_API const uint8_t SCAN_24G_RetryTime[40];
 extern CALTOFAL_API const uint8_t WPS_RetryTime[40];
 
 /* Table walkers: the matching row's other cell, or the input text. */
-CALTOFAL_API const char *FapiToUi_Str(const char *text, const ConvPairRow *table, int rows);
-CALTOFAL_API const char *UiToFapi_Str(const char *text, const ConvPairRow *table, int rows);
-CALTOFAL_API const char *DevToPhy_Str(const char *text, const ConvPairRow *table, int rows);
+CALTOFAL_API const char *FapiToUi_Str(const char *text, const ConvPairRow *table,
+                                      int rows) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *UiToFapi_Str(const char *text, const ConvPairRow *table,
+                                      int rows) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *DevToPhy_Str(const char *text, const ConvPairRow *table,
+                                      int rows) CALTOFAL_NOEXCEPT;
 
 /* Per-setting converters: direction 1 FAPI to UI, any other UI to FAPI. */
-CALTOFAL_API const char *OperatingStandards_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *BandWidth_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *ExtensionChannel_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *ShortGuardInterval_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *VhtShortGuardInterval_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *WMMOption_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *Dot11nProtect_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *TransmitPower_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *ConvStr(const char *text, int direction);
-CALTOFAL_API const char *AutoChannelEnable_ConvStr(const char *text, int direction);
-CALTOFAL_API const char *ChannelList_ConvStr(const char *text, int direction);
-CALTOFAL_API int ConvInt(const char *text);
-CALTOFAL_API int ConvStrToBool(const char *text);
-CALTOFAL_API const char *ConvBoolToStr(uint8_t flag);
-CALTOFAL_API int ConvMacACLModeToUI(const char *text);
-CALTOFAL_API const char *ConvMacACLModeToFapi(uint8_t enabled, int allow);
-CALTOFAL_API int ConvSsidIdxToUI(int radio, int index);
-CALTOFAL_API int ConvSsidIdxToFapi(int radio, int index);
-CALTOFAL_API int ConvBeaconInterval(int value);
-CALTOFAL_API int ConvDtimInterval(int value);
-CALTOFAL_API int ConvFragmentationThreshold(int value);
-CALTOFAL_API int ConvRtsThreshold(int value);
-CALTOFAL_API int ConvTransmitPower(int percent);
-CALTOFAL_API int ConvFreqChannel(int frequencyMHz);
-CALTOFAL_API int isValidMacAddress(const char *text);
-CALTOFAL_API int my_strnicmp(const char *s1, const char *s2, int n);
-CALTOFAL_API int ConvHexDecToCharStr(const char *hex, char *out);
-CALTOFAL_API int ConvCharStrToHexDec(const char *bytes, int count, char *out);
+CALTOFAL_API const char *OperatingStandards_ConvStr(const char *text,
+                                                    int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *BandWidth_ConvStr(const char *text, int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *ExtensionChannel_ConvStr(const char *text,
+                                                  int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *ShortGuardInterval_ConvStr(const char *text,
+                                                    int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *VhtShortGuardInterval_ConvStr(const char *text,
+                                                       int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *WMMOption_ConvStr(const char *text, int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *Dot11nProtect_ConvStr(const char *text, int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *TransmitPower_ConvStr(const char *text, int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *ConvStr(const char *text, int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *AutoChannelEnable_ConvStr(const char *text,
+                                                   int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *ChannelList_ConvStr(const char *text, int direction) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvInt(const char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvStrToBool(const char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *ConvBoolToStr(uint8_t flag) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvMacACLModeToUI(const char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API const char *ConvMacACLModeToFapi(uint8_t enabled, int allow) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvSsidIdxToUI(int radio, int index) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvSsidIdxToFapi(int radio, int index) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvBeaconInterval(int value) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvDtimInterval(int value) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvFragmentationThreshold(int value) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvRtsThreshold(int value) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvTransmitPower(int percent) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvFreqChannel(int frequencyMHz) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int isValidMacAddress(const char *text) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int my_strnicmp(const char *s1, const char *s2, int n) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvHexDecToCharStr(const char *hex, char *out) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ConvCharStrToHexDec(const char *bytes, int count, char *out) CALTOFAL_NOEXCEPT;
 
 /* Channels allowed on a radio. */
 typedef struct WifiChannelEntry {
@@ -337,12 +360,13 @@ typedef struct WifiChannelList {
   WifiChannelEntry entries[100];
 } WifiChannelList;
 
-CALTOFAL_API int GetPhyNumber(const char *ifname);
-CALTOFAL_API int GetChannelList(const char *ifname, int radioIndex, WifiChannelList *list);
-CALTOFAL_API int GetCurrentChannel(const char *ifname, int ignored, int *channel);
+CALTOFAL_API int GetPhyNumber(const char *ifname) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetChannelList(const char *ifname, int radioIndex,
+                                WifiChannelList *list) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetCurrentChannel(const char *ifname, int ignored, int *channel) CALTOFAL_NOEXCEPT;
 CALTOFAL_API const char *GetSideChannel(int channel, const char *countryCode,
-                                        const char *fallback);
-CALTOFAL_API int GetDFSChannel(void);
+                                        const char *fallback) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetDFSChannel(void) CALTOFAL_NOEXCEPT;
 
 /* Associated stations and the MAC access list. */
 typedef struct WifiStaEntry {
@@ -367,9 +391,11 @@ typedef struct MacAccessList {
   int32_t count;
 } MacAccessList;
 
-CALTOFAL_API int GetStaInfo(const char *ifname, const char *macFilter, WifiStaList *list);
-CALTOFAL_API int GetAssociatedDeviceNumberOfEntries(int radioIndex);
-CALTOFAL_API int GetMacAccessList(void *objectNode, const char *prefix, MacAccessList *list);
+CALTOFAL_API int GetStaInfo(const char *ifname, const char *macFilter,
+                            WifiStaList *list) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetAssociatedDeviceNumberOfEntries(int radioIndex) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetMacAccessList(void *objectNode, const char *prefix,
+                                  MacAccessList *list) CALTOFAL_NOEXCEPT;
 
 /* Settings snapshots and change detection. */
 typedef struct WifiParamRow {
@@ -384,19 +410,19 @@ typedef struct WifiParamTable {
 } WifiParamTable;
 
 CALTOFAL_API int SetParam(WifiParamTable *table, const char *object, const char *parameter,
-                          const char *value);
-CALTOFAL_API int GetSsIdInfoFromFapiToBuff(int ssidIndex, WifiParamTable *table);
-CALTOFAL_API int GetWireInfoFromFapiToBuff(int radioIndex, WifiParamTable *table);
+                          const char *value) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetSsIdInfoFromFapiToBuff(int ssidIndex, WifiParamTable *table) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetWireInfoFromFapiToBuff(int radioIndex, WifiParamTable *table) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int ComparOrSetParam(WifiParamTable *current, WifiParamTable *changes,
                                   const char *object, const char *parameter, const char *value,
-                                  uint8_t force);
+                                  uint8_t force) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int CheckGetParam(WifiParamTable *table, const char *object, const char *parameter,
-                               const char *value);
+                               const char *value) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int CheckGetReqDbAndCurDb(WifiParamTable *requested, WifiParamTable *current,
                                        const char *object, const char *parameter,
-                                       const char *value);
+                                       const char *value) CALTOFAL_NOEXCEPT;
 CALTOFAL_API int faltocal_fromDB(MsgHeader *header, WifiParamTable *changes, int moreFollows,
-                                 int onlyDb);
+                                 int onlyDb) CALTOFAL_NOEXCEPT;
 
 /* Site survey. */
 typedef struct SiteSurveyEntry {
@@ -419,10 +445,8 @@ typedef struct SiteSurveyList {
 
 CALTOFAL_API int Remove_Confs_File(void);
 CALTOFAL_API int GetFileLineCnt(const char *path);
-CALTOFAL_API int CombineScanResultFiles(const char *first, const char *second,
-                                        const char *target);
-CALTOFAL_API int GetSiteSurveyList(const char *path, SiteSurveyList *list,
-                                   const char *ssidFilter);
+CALTOFAL_API int CombineScanResultFiles(const char *first, const char *second, const char *target);
+CALTOFAL_API int GetSiteSurveyList(const char *path, SiteSurveyList *list, const char *ssidFilter);
 
 /* WPS and scan requests (1 when the shell ran). */
 CALTOFAL_API int ReqWPSActive(void);
@@ -431,14 +455,14 @@ CALTOFAL_API int ReqWPSReset(void);
 CALTOFAL_API int ReqScan(const char *ifname, const char *ssid);
 
 /* Repeater endpoint. */
-CALTOFAL_API int GetEPEnable(char *ifnameOut);
-CALTOFAL_API int GetEPContection(const char *ifname, char *macOut);
-CALTOFAL_API int GetEPConnectionStatus(char *macOut);
-CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values);
+CALTOFAL_API int GetEPEnable(char *ifnameOut) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetEPContection(const char *ifname, char *macOut) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetEPConnectionStatus(char *macOut) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values) CALTOFAL_NOEXCEPT;
 
 /* Escape a text for a double-quoted UCI command-line argument; target holds
  * 4 * strlen(source) + 1 bytes. */
-CALTOFAL_API int ConvSpecialChar_forUciCli(const char *source, char *target);
+CALTOFAL_API int ConvSpecialChar_forUciCli(const char *source, char *target) CALTOFAL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------ */
 /* Record layouts (the same on 32- and 64-bit targets)                       */

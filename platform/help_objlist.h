@@ -127,16 +127,16 @@ typedef char help_assert_objacs[(sizeof(ObjACSList) == 668) ? 1 : -1];
 #endif
 
 /* Node from link. */
-#define HELP_OBJ_OF(link) ((ObjList *)((char *)(link) - offsetof(ObjList, xOlist)))
-#define HELP_PARAM_OF(link) ((ParamList *)((char *)(link) - offsetof(ParamList, xPlist)))
+#define HELP_OBJ_OF(link) ((ObjList *)((char *)(link)-offsetof(ObjList, xOlist)))
+#define HELP_PARAM_OF(link) ((ParamList *)((char *)(link)-offsetof(ParamList, xPlist)))
 
 /* Walk a value-kind object list / an object's parameter list. */
-#define HELP_FOR_EACH_OBJ(head, obj)                                                   \
-  for (HelpListLink *help_l_ = (head)->xOlist.next;                                    \
+#define HELP_FOR_EACH_OBJ(head, obj)                \
+  for (HelpListLink *help_l_ = (head)->xOlist.next; \
        help_l_ != &(head)->xOlist && ((obj) = HELP_OBJ_OF(help_l_), 1); help_l_ = help_l_->next)
-#define HELP_FOR_EACH_PARAM(o, param)                                                  \
-  for (HelpListLink *help_p_ = (o)->xParamList.next;                                   \
-       help_p_ != &(o)->xParamList && ((param) = HELP_PARAM_OF(help_p_), 1);           \
+#define HELP_FOR_EACH_PARAM(o, param)                                        \
+  for (HelpListLink *help_p_ = (o)->xParamList.next;                         \
+       help_p_ != &(o)->xParamList && ((param) = HELP_PARAM_OF(help_p_), 1); \
        help_p_ = help_p_->next)
 
 /* Allocation with the caller's source unit and line (for allocation tracking). */
@@ -144,19 +144,18 @@ void *help_calloc(uint32_t count, uint32_t size, const char *file, uint32_t line
 void help_free(void *ptr);
 
 /* Append an object node to a list head; NULL on a NULL head or no memory. */
-ObjList *help_addObjList(ObjList *head, const char *name, uint16_t sid, uint16_t oid,
-                         uint32_t oper, uint32_t flag);
-ObjAttrList *help_addObjAttrList(ObjAttrList *head, const char *name, uint16_t sid,
-                                 uint16_t oid);
+ObjList *help_addObjList(ObjList *head, const char *name, uint16_t sid, uint16_t oid, uint32_t oper,
+                         uint32_t flag);
+ObjAttrList *help_addObjAttrList(ObjAttrList *head, const char *name, uint16_t sid, uint16_t oid);
 
 /* Append a parameter; a NULL value stores "" (a value-less parameter); the
  * value is cut to HELP_MAX_VALUE_LEN - 1 characters. NULL on a NULL object. */
 ParamList *help_addParamList(ObjList *obj, const char *name, uint16_t id, const char *value,
                              uint32_t flag);
-ParamAttrList *help_addParamAttrList(ObjAttrList *obj, const char *name, uint16_t id,
-                                     uint32_t flag, uint32_t notify, uint32_t accessList,
-                                     uint32_t activeNotify, uint32_t notifyChange,
-                                     uint32_t isUpdated, uint32_t inform, uint32_t reserved);
+ParamAttrList *help_addParamAttrList(ObjAttrList *obj, const char *name, uint16_t id, uint32_t flag,
+                                     uint32_t notify, uint32_t accessList, uint32_t activeNotify,
+                                     uint32_t notifyChange, uint32_t isUpdated, uint32_t inform,
+                                     uint32_t reserved);
 
 /* Release a message's object list (head and every node) and set word 6 to
  * NULL. flag 1: the list only (the header may live on the stack); flag 0:
@@ -171,11 +170,52 @@ void help_delObj(ObjList *obj);
 
 /*
  * Inline helpers: message initialisation and node creation, logging in the
- * frame's own log format through faltocal_logLine (provided by the library
- * that uses them).
+ * frame's own log format (HELP_LOG). Inside the library that is the frame's
+ * log itself; in a host program the same rules are applied here with nothing
+ * but the exported log settings and libc, so a program that uses the helpers
+ * links against the exported names alone.
  */
+#ifdef CALTOFAL_BUILD
 void faltocal_logLine(unsigned prio, const char *fmt, ...)
     __attribute__((format(printf, 2, 3), visibility("hidden")));
+#define HELP_LOG faltocal_logLine
+#else
+#include <stdarg.h>
+#include <stdio.h>
+#include <syslog.h>
+#include <time.h>
+#ifndef __cplusplus
+/* POSIX; declared here too for hosts built as strict ISO C. */
+struct tm *localtime_r(const time_t *clock, struct tm *result);
+#endif
+
+/* One frame log line: to syslog (bit 0 of unfaltocalLogType) and in colour
+ * on standard output (bit 1) when unfaltocalLogLevel >= prio; cut at 1,023
+ * bytes. The helpers log at priorities 2 (CRITICAL) and 3 (ERROR). */
+static inline void HELP_LOG(unsigned prio, const char *fmt, ...)
+    __attribute__((format(printf, 2, 3)));
+static inline void HELP_LOG(unsigned prio, const char *fmt, ...) {
+  char text[1024];
+  va_list args;
+  if (unfaltocalLogLevel < prio) return;
+  va_start(args, fmt);
+  vsnprintf(text, sizeof text, fmt, args);
+  va_end(args);
+  if (unfaltocalLogType & 1) syslog((int)prio, "%s", text);
+  if ((unfaltocalLogType & 2) && (prio == 2 || prio == 3)) {
+    char when[50] = "";
+    struct tm now;
+    time_t seconds = time(NULL);
+    if (localtime_r(&seconds, &now) != NULL &&
+        strftime(when, sizeof when, "%d-%m-%Y %T", &now) == 0) {
+      when[0] = '\0';
+    }
+    printf("%s<%s> [%s] %s\033[0m", prio == 2 ? "\033[31m" : "\033[38;5;214m", when,
+           prio == 2 ? "CRITICAL" : "ERROR", text);
+    fflush(stdout);
+  }
+}
+#endif
 
 static inline void *HELP_ALLOC_HEAD(uint32_t size, int line) {
   return help_calloc(1, size, "help_objlist", (uint32_t)line);
@@ -196,8 +236,7 @@ static inline void HELP_CREATE_OBJ(MsgHeader *msg, uint32_t mainOper, uint32_t l
   if (listFlags & SOPT_OBJVALUE_MASK) {
     ObjList *head = (ObjList *)HELP_ALLOC_HEAD(sizeof(ObjList), 99);
     if (head == NULL) {
-      faltocal_logLine(2, "faltocal{%s, %d}: malloc failed\n",
-                       "HELP_CREATE_OBJ", 102);
+      HELP_LOG(2, "faltocal{%s, %d}: malloc failed\n", "HELP_CREATE_OBJ", 102);
       return;
     }
     head->xOlist.next = head->xOlist.prev = &head->xOlist;
@@ -206,8 +245,7 @@ static inline void HELP_CREATE_OBJ(MsgHeader *msg, uint32_t mainOper, uint32_t l
   } else if (listFlags & SOPT_OBJATTR) {
     ObjAttrList *head = (ObjAttrList *)HELP_ALLOC_HEAD(sizeof(ObjAttrList), 111);
     if (head == NULL) {
-      faltocal_logLine(2, "faltocal{%s, %d}: malloc failed\n",
-                       "HELP_CREATE_OBJ", 114);
+      HELP_LOG(2, "faltocal{%s, %d}: malloc failed\n", "HELP_CREATE_OBJ", 114);
       return;
     }
     head->xOlist.next = head->xOlist.prev = &head->xOlist;
@@ -216,18 +254,17 @@ static inline void HELP_CREATE_OBJ(MsgHeader *msg, uint32_t mainOper, uint32_t l
   } else if (listFlags & SOPT_OBJACSATTR) {
     ObjACSList *head = (ObjACSList *)HELP_ALLOC_HEAD(sizeof(ObjACSList), 124);
     if (head == NULL) {
-      faltocal_logLine(2, "faltocal{%s, %d}: malloc failed\n",
-                       "HELP_CREATE_OBJ", 127);
+      HELP_LOG(2, "faltocal{%s, %d}: malloc failed\n", "HELP_CREATE_OBJ", 127);
       return;
     }
     head->xOlist.next = head->xOlist.prev = &head->xOlist;
     head->xParamList.next = head->xParamList.prev = &head->xParamList;
     msg->pObjList = head;
   } else {
-    faltocal_logLine(3,
-                     "faltocal{%s, %d}: Pass Proper Objlist Flag (i.e SOPT_OBJVALUE, "
-                     "SOPT_OBJATTR, SOPT_OBJACSATTR\n",
-                     "HELP_CREATE_OBJ", 135);
+    HELP_LOG(3,
+             "faltocal{%s, %d}: Pass Proper Objlist Flag (i.e SOPT_OBJVALUE, "
+             "SOPT_OBJATTR, SOPT_OBJACSATTR\n",
+             "HELP_CREATE_OBJ", 135);
   }
 }
 
@@ -235,10 +272,10 @@ static inline void HELP_CREATE_OBJ(MsgHeader *msg, uint32_t mainOper, uint32_t l
 static inline void *HELP_OBJECT_GET(void *head, const char *name, uint32_t listFlags) {
   if (listFlags & SOPT_OBJVALUE_MASK) return help_addObjList((ObjList *)head, name, 0, 0, 0, 0);
   if (listFlags & SOPT_OBJATTR) return help_addObjAttrList((ObjAttrList *)head, name, 0, 0);
-  faltocal_logLine(3,
-                   "faltocal{%s, %d}:Error in Objlist Construction, Pass proper flag(i.e "
-                   "SOPT_OBJVALUE, SOPT_OBJATTR\n",
-                   "HELP_OBJECT_GET", 241);
+  HELP_LOG(3,
+           "faltocal{%s, %d}:Error in Objlist Construction, Pass proper flag(i.e "
+           "SOPT_OBJVALUE, SOPT_OBJATTR\n",
+           "HELP_OBJECT_GET", 241);
   return NULL;
 }
 
@@ -252,10 +289,10 @@ static inline void HELP_PARAM_GET(void *obj, const char *name, uint32_t listFlag
   } else if (listFlags & SOPT_OBJATTR) {
     help_addParamAttrList((ObjAttrList *)obj, name, 0, 0, 0, 0, 0, 0, 0, 0, 0);
   } else {
-    faltocal_logLine(3,
-                     "faltocal{%s, %d}:Error in Objlist Construction, Pass proper flag(i.e "
-                     "SOPT_OBJVALUE, SOPT_OBJATTR\n",
-                     "HELP_PARAM_GET", 267);
+    HELP_LOG(3,
+             "faltocal{%s, %d}:Error in Objlist Construction, Pass proper flag(i.e "
+             "SOPT_OBJVALUE, SOPT_OBJATTR\n",
+             "HELP_PARAM_GET", 267);
   }
 }
 

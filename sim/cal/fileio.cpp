@@ -66,9 +66,23 @@ std::string errnoText(int code) {
 }
 
 bool readFile(const std::string &path, std::string *out, std::string *error) {
-  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // O_NONBLOCK: opening a FIFO must not wait for a writer; it is refused below.
+  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (fd < 0) {
     *error = path + ": cannot open: " + errnoText(errno);
+    return false;
+  }
+  struct stat st;
+  if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+    *error = path + ": not a regular file";
+    close(fd);
+    return false;
+  }
+  const std::string tooLarge =
+      path + ": larger than " + std::to_string(kMaxFileBytes >> 20) + " MiB";
+  if (static_cast<unsigned long long>(st.st_size) > kMaxFileBytes) {
+    *error = tooLarge;
+    close(fd);
     return false;
   }
   out->clear();
@@ -79,6 +93,11 @@ bool readFile(const std::string &path, std::string *out, std::string *error) {
     if (n < 0) {
       if (errno == EINTR) continue;
       *error = path + ": cannot read: " + errnoText(errno);
+      close(fd);
+      return false;
+    }
+    if (out->size() + static_cast<size_t>(n) > kMaxFileBytes) {  // grew while read
+      *error = tooLarge;
       close(fd);
       return false;
     }

@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <ctime>
 #include <string>
 #include <string_view>
@@ -26,6 +27,10 @@ FileStamp stampOf(const std::string &path);
 
 // The text of errno value `code`.
 std::string errnoText(int code);
+
+// The largest file read: models and journals are far smaller; anything bigger
+// (or a device that never ends, such as /dev/zero) is refused, not read.
+constexpr std::size_t kMaxFileBytes = std::size_t{64} << 20;
 
 // Each of these returns false with a reason in `error` on failure.
 bool readFile(const std::string &path, std::string *out, std::string *error);

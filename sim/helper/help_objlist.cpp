@@ -18,6 +18,8 @@
 namespace {
 
 std::atomic<long> g_liveAllocations{0};
+std::atomic<long> g_allocations{0};  // help_calloc calls so far
+std::atomic<long> g_failAt{0};       // the call that returns NULL (0: none)
 
 enum class Kind { Value, Attribute, Access, None };
 
@@ -128,9 +130,22 @@ long help_liveAllocations(void) {
   return g_liveAllocations.load();
 }
 
+long help_allocationCount(void) {
+  return g_allocations.load();
+}
+
+void help_failAllocationAt(long n) {
+  g_failAt.store(n > 0 ? g_allocations.load() + n : 0);
+}
+
 void *help_calloc(uint32_t count, uint32_t size, const char *file, uint32_t line) {
   (void)file;
   (void)line;
+  long failAt = g_failAt.load();
+  if (g_allocations.fetch_add(1) + 1 == failAt) {
+    g_failAt.compare_exchange_strong(failAt, 0);
+    return nullptr;
+  }
   if (size != 0 && static_cast<uint64_t>(count) > SIZE_MAX / size) return nullptr;
   const size_t total = static_cast<size_t>(count) * size;
   bool fresh = true;

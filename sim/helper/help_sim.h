@@ -12,6 +12,13 @@ extern "C" {
  * counted over the whole process. */
 __attribute__((visibility("default"))) long help_liveAllocations(void);
 
+/* help_calloc calls so far, over the whole process. */
+__attribute__((visibility("default"))) long help_allocationCount(void);
+
+/* The n-th help_calloc from now returns NULL (node allocations of the
+ * help_add* functions included); 0 cancels. For fault injection. */
+__attribute__((visibility("default"))) void help_failAllocationAt(long n);
+
 #ifdef __cplusplus
 }
 #endif

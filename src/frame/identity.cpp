@@ -45,7 +45,7 @@ bool hostMatches(ObjList *host, IdKind kind, const char *id) {
 
 extern "C" {
 
-CALTOFAL_API int GetDeviceID(const char *identifier) {
+CALTOFAL_API int GetDeviceID(const char *identifier) noexcept {
   if (identifier == nullptr) return 0;
   IdKind kind = classify(identifier);
   if (kind == IdKind::None) return 0;
@@ -84,7 +84,7 @@ CALTOFAL_API int GetDeviceID(const char *identifier) {
   return 0;
 }
 
-CALTOFAL_API int zintu_scapi_getMacFromFile(const char *interfaceName, char *macOut) {
+CALTOFAL_API int zintu_scapi_getMacFromFile(const char *interfaceName, char *macOut) noexcept {
   if (interfaceName == nullptr || macOut == nullptr) return -1;
   os::Stream *file = os::openFile(kNextMacFile, "ab+");
   if (file == nullptr) {
@@ -123,7 +123,7 @@ CALTOFAL_API int zintu_scapi_getMacFromFile(const char *interfaceName, char *mac
   return 0;
 }
 
-CALTOFAL_API int zintu_isValidMacAddress(const char *mac) {
+CALTOFAL_API int zintu_isValidMacAddress(const char *mac) noexcept {
   if (mac == nullptr || mac[0] == '\0') return -1;
   regex_t regex;
   if (regcomp(&regex,
@@ -146,13 +146,13 @@ CALTOFAL_API int zintu_isValidMacAddress(const char *mac) {
   return result;
 }
 
-CALTOFAL_API int zintu_isValidIPv4Address(const char *address) {
+CALTOFAL_API int zintu_isValidIPv4Address(const char *address) noexcept {
   if (address == nullptr) return -1;
   in_addr parsed{};
   return inet_pton(AF_INET, address, &parsed) == 1 ? 0 : -1;
 }
 
-CALTOFAL_API int itoa(int value, char *out) {
+CALTOFAL_API int itoa(int value, char *out) noexcept {
   if (out == nullptr) return -1;
   int digits = 0;
   for (long long power = 1; power <= value; power *= 10) ++digits;
@@ -164,7 +164,7 @@ CALTOFAL_API int itoa(int value, char *out) {
   return 0;
 }
 
-CALTOFAL_API int atob(const char *text) {
+CALTOFAL_API int atob(const char *text) noexcept {
   if (text == nullptr) return 0;
   return std::strncmp(text, "1", 128) == 0 || strcasecmp(text, "true") == 0 ? 1 : 0;
 }

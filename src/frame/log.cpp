@@ -48,7 +48,6 @@ void colourPrint(const Level &level, const char *message) {
   os::stdoutWrite(kReset, sizeof kReset - 1);
 }
 
-
 }  // namespace
 
 void traceTag(const char *unit, int line, const char *function) {
@@ -81,7 +80,7 @@ extern "C" void faltocal_logLine(unsigned prio, const char *fmt, ...) {
   }
 }
 
-extern "C" CALTOFAL_API int PRINT_TO_CONSOLE(const char *format, ...) {
+extern "C" CALTOFAL_API int PRINT_TO_CONSOLE(const char *format, ...) noexcept {
   char text[kLineMax] = "";
   if (format != nullptr) {
     va_list args;

@@ -11,7 +11,7 @@ using namespace caltofal;
 extern "C" {
 
 CALTOFAL_API int caltofal_paramValue_get(void *objectList, const char *objectPart,
-                                         const char *paramName, char **out) {
+                                         const char *paramName, char **out) noexcept {
   if (objectList == nullptr || objectPart == nullptr || paramName == nullptr || out == nullptr ||
       *out == nullptr) {
     return -1;
@@ -29,7 +29,7 @@ CALTOFAL_API int caltofal_paramValue_get(void *objectList, const char *objectPar
 }
 
 CALTOFAL_API int zintu_GetParamFromObjUnit(void *object, const char *paramName,
-                                           const char **out) {
+                                           const char **out) noexcept {
   if (object == nullptr || paramName == nullptr || paramName[0] == '\0' || out == nullptr) {
     traceTag(kUnitFrame, 1347, "zintu_GetParamFromObjUnit");
     PRINT_TO_CONSOLE("invalid parameter\n");
@@ -46,7 +46,7 @@ CALTOFAL_API int zintu_GetParamFromObjUnit(void *object, const char *paramName,
   return -1;
 }
 
-CALTOFAL_API void zintu_InsertDotEndofObj(char *path) {
+CALTOFAL_API void zintu_InsertDotEndofObj(char *path) noexcept {
   if (path == nullptr || path[0] == '\0') return;
   std::size_t length = std::strlen(path);
   if (path[length - 1] == '.') return;

@@ -39,7 +39,7 @@ void copyPadded(char *dst, const char *src, std::size_t n) {
 
 extern "C" {
 
-CALTOFAL_API MsgHeader *faltocal_createMessage(uint32_t mainOper, uint32_t listFlags) {
+CALTOFAL_API MsgHeader *faltocal_createMessage(uint32_t mainOper, uint32_t listFlags) noexcept {
   auto *header = static_cast<MsgHeader *>(help_calloc(1, sizeof(MsgHeader), "FaltoCal", 1395));
   if (header == nullptr) return nullptr;
   HELP_CREATE_OBJ(header, mainOper, listFlags, 2);
@@ -47,7 +47,8 @@ CALTOFAL_API MsgHeader *faltocal_createMessage(uint32_t mainOper, uint32_t listF
 }
 
 CALTOFAL_API int faltocal_FillObject(void **outNode, void *listHead, const char *objectName,
-                                     uint32_t mainOper, uint32_t subOper, uint32_t listFlags) {
+                                     uint32_t mainOper, uint32_t subOper,
+                                     uint32_t listFlags) noexcept {
   if (outNode == nullptr) return -1;
   if (mainOper == MOPT_GET) {
     void *node = HELP_OBJECT_GET(listHead, objectName, listFlags);
@@ -63,7 +64,7 @@ CALTOFAL_API int faltocal_FillObject(void **outNode, void *listHead, const char 
 }
 
 CALTOFAL_API int faltocal_FillParam(void **node, uint32_t mainOper, const char *paramName,
-                                    uint32_t paramId, const char *value) {
+                                    uint32_t paramId, const char *value) noexcept {
   if (paramName == nullptr && paramId == 0) {
     faltocal_logLine(3, "faltocal{%s, %d}:Either of Parameter Name or Param ID is mandatory\n",
                      "faltocal_FillParam", 120);
@@ -78,7 +79,8 @@ CALTOFAL_API int faltocal_FillParam(void **node, uint32_t mainOper, const char *
   return 0;
 }
 
-CALTOFAL_API int faltocal_AddFilter(void **node, const char *paramName, const char *value) {
+CALTOFAL_API int faltocal_AddFilter(void **node, const char *paramName,
+                                    const char *value) noexcept {
   if (paramName == nullptr) {
     faltocal_logLine(3, "faltocal{%s, %d}:Either of Parameter Name  is mandatory\n",
                      "faltocal_AddFilter", 139);
@@ -89,7 +91,7 @@ CALTOFAL_API int faltocal_AddFilter(void **node, const char *paramName, const ch
   return 0;
 }
 
-CALTOFAL_API int faltocal_finalize(MsgHeader *message) {
+CALTOFAL_API int faltocal_finalize(MsgHeader *message) noexcept {
   if (message == nullptr) return -1;
   return help_delMsg(message, 1);
 }

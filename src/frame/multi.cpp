@@ -15,22 +15,6 @@
 namespace caltofal {
 namespace {
 
-// Where the parameters come from: variable arguments or an array.
-class Args {
- public:
-  explicit Args(va_list *list) : list_(list) {}
-  explicit Args(const char **array) : array_(array) {}
-  const char *next() {
-    if (list_ != nullptr) return va_arg(*list_, const char *);
-    return array_[index_++];
-  }
-
- private:
-  va_list *list_ = nullptr;
-  const char **array_ = nullptr;
-  int index_ = 0;
-};
-
 // The two multi-object requests differ in their trace lines and in what a
 // "query" on a new message prints.
 struct Variant {
@@ -43,8 +27,8 @@ struct Variant {
 };
 
 constexpr Variant kMultiObj = {"faltocal_send_main_multi_obj", 661, true, 744, 775, 830};
-constexpr Variant kNoVariable = {"faltocal_send_main_multi_obj_No_variable", 1025, false, 950, 981,
-                                 1050};
+constexpr Variant kNoVariable = {
+    "faltocal_send_main_multi_obj_No_variable", 1025, false, 950, 981, 1050};
 
 int sendFailed(const Variant &v, int line, const char *object) {
   traceTag(kUnitFrame, line, v.function);
@@ -58,7 +42,9 @@ int unknownKeyword(const Variant &v, int line, const char *word, const char *obj
   return -1;
 }
 
-bool isQuery(const char *object) { return strncasecmp(object, "query", 256) == 0; }
+bool isQuery(const char *object) {
+  return strncasecmp(object, "query", 256) == 0;
+}
 bool isStoreOnly(const char *mainOper) {
   return mainOper != nullptr && std::strcmp(mainOper, "set_only_db") == 0;
 }
@@ -93,29 +79,18 @@ int multiObj(const Variant &v, MsgHeader *message, const char *object, const cha
   if (message->pObjList != nullptr) {
     if (isStoreOnly(mainOper)) sender = faltocal_sendQuery_ToDb;
   } else {
-    const Keyword *main = findKeyword(kMultiOps, mainOper);
+    const MultiKeyword *main = findKeyword(kMultiOps, mainOper);
     if (main == nullptr) return unknownKeyword(v, v.unknownMainLine, mainOper, object);
-    HELP_CREATE_OBJ(message, main->main, main->listFlags, 2);
+    HELP_CREATE_OBJ(message, main->code, main->listFlags, 2);
     filter = main->filter;
   }
   const Keyword *sub = findKeyword(kSubOps, subOper);
   if (sub == nullptr) return unknownKeyword(v, v.unknownSubLine, subOper, object);
 
   void *node = nullptr;
-  faltocal_FillObject(&node, message->pObjList, path, message->unMainOper, sub->main,
+  faltocal_FillObject(&node, message->pObjList, path, message->unMainOper, sub->code,
                       SOPT_OBJVALUE);
-  for (int i = 0; i < count; ++i) {
-    if (message->unMainOper == MOPT_SET || filter) {
-      const char *name = args.next();
-      const char *value = args.next();
-      HELP_PARAM_SET(node, name, value);
-    } else {
-      const char *name = args.next();
-      if (message->unMainOper == MOPT_GET && node != nullptr) {
-        HELP_PARAM_GET(node, name, SOPT_OBJVALUE);
-      }
-    }
-  }
+  addParams(node, message->unMainOper, filter, SOPT_OBJVALUE, count, args);
   if (deferred) return 0;
   return sender(message) == 0 ? 0 : sendFailed(v, v.sendFailLine, object);
 }
@@ -128,8 +103,8 @@ using namespace caltofal;
 extern "C" {
 
 CALTOFAL_API int faltocal_send_main_multi_obj(MsgHeader *message, const char *object,
-                                              const char *mainOper, const char *subOper,
-                                              int count, ...) {
+                                              const char *mainOper, const char *subOper, int count,
+                                              ...) noexcept {
   va_list list;
   va_start(list, count);
   int rc = multiObj(kMultiObj, message, object, mainOper, subOper, count, Args(&list));
@@ -138,47 +113,36 @@ CALTOFAL_API int faltocal_send_main_multi_obj(MsgHeader *message, const char *ob
 }
 
 CALTOFAL_API int faltocal_send_main_multi_obj_No_variable(MsgHeader *message, const char *object,
-                                                          const char *mainOper,
-                                                          const char *subOper, int count,
-                                                          const char **params) {
+                                                          const char *mainOper, const char *subOper,
+                                                          int count, const char **params) noexcept {
   if (count > 0 && params == nullptr) return -1;
   return multiObj(kNoVariable, message, object, mainOper, subOper, count, Args(params));
 }
 
 CALTOFAL_API int faltocal_SendMultiObj(uint8_t send, uint32_t listFlags, uint32_t owner,
-                                       MsgHeader *message, const char *object,
-                                       const char *mainOper, const char *subOper, int count,
-                                       ...) {
+                                       MsgHeader *message, const char *object, const char *mainOper,
+                                       const char *subOper, int count, ...) noexcept {
   if (message == nullptr || object == nullptr) return -1;
   if (std::strncmp(object, "query", 256) == 0) return send ? faltocal_sendQuery(message) : 0;
   bool filter = false;
   if (message->pObjList == nullptr) {
-    const Keyword *main = findKeyword(kSendMultiOps, mainOper);
+    // The one-object keywords, and the filtered get.
+    const Keyword *main = findKeyword(kMainOps, mainOper);
+    filter = main == nullptr && mainOper != nullptr && std::strcmp(mainOper, kFilterGet.word) == 0;
+    if (filter) main = &kFilterGet;
     if (main == nullptr) return -1;
-    HELP_CREATE_OBJ(message, main->main, listFlags, owner);
-    filter = main->filter;
+    HELP_CREATE_OBJ(message, main->code, listFlags, owner);
   }
   const Keyword *sub = findKeyword(kSubOps, subOper);
   if (sub == nullptr) return -1;
   void *node = nullptr;
-  faltocal_FillObject(&node, message->pObjList, object, message->unMainOper, sub->main, listFlags);
+  faltocal_FillObject(&node, message->pObjList, object, message->unMainOper, sub->code, listFlags);
   va_list list;
   va_start(list, count);
-  for (int i = 0; i < count; ++i) {
-    if (message->unMainOper == MOPT_SET || filter) {
-      const char *name = va_arg(list, const char *);
-      const char *value = va_arg(list, const char *);
-      HELP_PARAM_SET(node, name, value);
-    } else if (message->unMainOper == MOPT_GET) {
-      const char *name = va_arg(list, const char *);
-      HELP_PARAM_GET(node, name, listFlags);
-    } else {
-      (void)va_arg(list, const char *);
-    }
-  }
+  Args args(&list);
+  addParams(node, message->unMainOper, filter, listFlags, count, args);
   va_end(list);
   return send ? faltocal_sendQuery(message) : 0;
 }
 
 }  // extern "C"
-

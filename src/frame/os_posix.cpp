@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <string>
+#include <new>
 
 #include "frame/os.h"
 
@@ -34,8 +34,8 @@ pid_t spawnShell(const char *command, int outFd, int closeFd) {
   }
   const char *argv[] = {"sh", "-c", command, nullptr};
   pid_t pid = -1;
-  int rc = posix_spawn(&pid, "/bin/sh", &actions, nullptr, const_cast<char *const *>(argv),
-                       environ);
+  int rc =
+      posix_spawn(&pid, "/bin/sh", &actions, nullptr, const_cast<char *const *>(argv), environ);
   posix_spawn_file_actions_destroy(&actions);
   return rc == 0 ? pid : -1;
 }
@@ -66,25 +66,67 @@ Stream *openCommand(const char *command) {
     waitFor(pid);
     return nullptr;
   }
-  return new Stream{fp, pid};
+  Stream *stream = new (std::nothrow) Stream{fp, pid};
+  if (stream == nullptr) {
+    std::fclose(fp);
+    waitFor(pid);
+  }
+  return stream;
 }
 
 Stream *openFile(const char *path, const char *mode) {
   if (path == nullptr || mode == nullptr) return nullptr;
-  std::string cloexecMode = std::string(mode) + "e";
-  FILE *fp = std::fopen(path, cloexecMode.c_str());
+  char cloexecMode[8];
+  if (std::snprintf(cloexecMode, sizeof cloexecMode, "%se", mode) >=
+      static_cast<int>(sizeof cloexecMode)) {
+    return nullptr;
+  }
+  FILE *fp = std::fopen(path, cloexecMode);
   if (fp == nullptr) return nullptr;
-  return new Stream{fp, -1};
+  Stream *stream = new (std::nothrow) Stream{fp, -1};
+  if (stream == nullptr) std::fclose(fp);
+  return stream;
 }
 
+// fgets, resumed when a signal interrupts the read (fgets would give up and
+// lose what it had read).
 char *readLine(Stream *stream, char *buf, int size) {
-  if (stream == nullptr) return nullptr;
-  return std::fgets(buf, size, stream->fp);
+  if (stream == nullptr || buf == nullptr || size <= 0) return nullptr;
+  FILE *fp = stream->fp;
+  int used = 0;
+  flockfile(fp);
+  while (used < size - 1) {
+    errno = 0;
+    int c = getc_unlocked(fp);
+    if (c == EOF) {
+      if (ferror_unlocked(fp) && errno == EINTR) {
+        clearerr_unlocked(fp);
+        continue;
+      }
+      break;
+    }
+    buf[used++] = static_cast<char>(c);
+    if (c == '\n') break;
+  }
+  funlockfile(fp);
+  if (used == 0 && size > 1) return nullptr;
+  buf[used] = '\0';
+  return buf;
 }
 
+// fread, resumed when a signal interrupts the read.
 std::size_t readBytes(Stream *stream, char *buf, std::size_t n) {
-  if (stream == nullptr) return 0;
-  return std::fread(buf, 1, n, stream->fp);
+  if (stream == nullptr || buf == nullptr) return 0;
+  std::size_t done = 0;
+  while (done < n) {
+    errno = 0;
+    std::size_t got = std::fread(buf + done, 1, n - done, stream->fp);
+    done += got;
+    if (done == n) break;
+    if (!(std::ferror(stream->fp) && errno == EINTR)) break;
+    std::clearerr(stream->fp);
+  }
+  return done;
 }
 
 int close(Stream *stream) {
@@ -104,7 +146,9 @@ int run(const char *command) {
   return status;
 }
 
-bool exists(const char *path) { return path != nullptr && access(path, F_OK) == 0; }
+bool exists(const char *path) {
+  return path != nullptr && access(path, F_OK) == 0;
+}
 
 int consoleWrite(const char *data, std::size_t len) {
   int fd = open("/dev/console", O_RDWR | O_CLOEXEC);
@@ -119,14 +163,18 @@ int consoleWrite(const char *data, std::size_t len) {
   return ::close(fd);
 }
 
-void syslogLine(int priority, const char *text) { syslog(priority, "%s", text); }
+void syslogLine(int priority, const char *text) {
+  syslog(priority, "%s", text);
+}
 
 void stdoutWrite(const char *data, std::size_t len) {
   std::fwrite(data, 1, len, stdout);
   std::fflush(stdout);
 }
 
-void stderrWrite(const char *data, std::size_t len) { std::fwrite(data, 1, len, stderr); }
+void stderrWrite(const char *data, std::size_t len) {
+  std::fwrite(data, 1, len, stderr);
+}
 
 bool localNow(std::tm *out) {
   timeval tv{};

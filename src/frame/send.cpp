@@ -43,23 +43,31 @@ int sendWith(MsgHeader *message, CalCall setCall) {
 int sendMainV(MsgHeader *message, const char *object, const char *mainOper, const char *subOper,
               int count, va_list args, uint32_t owner, Sender sender) {
   const Keyword *main = findKeyword(kMainOps, mainOper);
-  if (main == nullptr || message == nullptr) return -1;
-  HELP_CREATE_OBJ(message, main->main, SOPT_OBJVALUE, owner);
+  if (main == nullptr || message == nullptr || object == nullptr) return -1;
+  HELP_CREATE_OBJ(message, main->code, SOPT_OBJVALUE, owner);
   const Keyword *sub = findKeyword(kSubOps, subOper);
   if (sub == nullptr) return -1;
   void *node = nullptr;
-  faltocal_FillObject(&node, message->pObjList, object, main->main, sub->main, SOPT_OBJVALUE);
+  faltocal_FillObject(&node, message->pObjList, object, main->code, sub->code, SOPT_OBJVALUE);
+  va_list list;
+  va_copy(list, args);
+  Args params(&list);
+  addParams(node, main->code, false, SOPT_OBJVALUE, count, params);
+  va_end(list);
+  return sender(message) == 0 ? 0 : -1;
+}
+
+void addParams(void *node, uint32_t mainOper, bool pairs, uint32_t listFlags, int count,
+               Args &args) {
   for (int i = 0; i < count; ++i) {
-    if (main->main == MOPT_SET) {
-      const char *name = va_arg(args, const char *);
-      const char *value = va_arg(args, const char *);
-      HELP_PARAM_SET(node, name, value);
-    } else if (main->main == MOPT_GET) {
-      const char *name = va_arg(args, const char *);
-      HELP_PARAM_GET(node, name, SOPT_OBJVALUE);
+    const char *name = args.next();
+    if (mainOper == MOPT_SET || pairs) {
+      const char *value = args.next();
+      if (node != nullptr) HELP_PARAM_SET(node, name, value);
+    } else if (mainOper == MOPT_GET && node != nullptr) {
+      HELP_PARAM_GET(node, name, listFlags);
     }
   }
-  return sender(message) == 0 ? 0 : -1;
 }
 
 }  // namespace caltofal
@@ -68,14 +76,16 @@ using namespace caltofal;
 
 extern "C" {
 
-CALTOFAL_API int faltocal_sendQuery(MsgHeader *message) { return sendWith(message, cal_setValue); }
+CALTOFAL_API int faltocal_sendQuery(MsgHeader *message) noexcept {
+  return sendWith(message, cal_setValue);
+}
 
-CALTOFAL_API int faltocal_sendQuery_ToDb(MsgHeader *message) {
+CALTOFAL_API int faltocal_sendQuery_ToDb(MsgHeader *message) noexcept {
   return sendWith(message, cal_setValueToDb);
 }
 
 CALTOFAL_API int faltocal_send_main(MsgHeader *message, const char *object, const char *mainOper,
-                                    const char *subOper, int count, ...) {
+                                    const char *subOper, int count, ...) noexcept {
   va_list args;
   va_start(args, count);
   int rc = sendMainV(message, object, mainOper, subOper, count, args, 32, faltocal_sendQuery);
@@ -85,11 +95,10 @@ CALTOFAL_API int faltocal_send_main(MsgHeader *message, const char *object, cons
 
 CALTOFAL_API int faltocal_send_main_ToDb(MsgHeader *message, const char *object,
                                          const char *mainOper, const char *subOper, int count,
-                                         ...) {
+                                         ...) noexcept {
   va_list args;
   va_start(args, count);
-  int rc =
-      sendMainV(message, object, mainOper, subOper, count, args, 4, faltocal_sendQuery_ToDb);
+  int rc = sendMainV(message, object, mainOper, subOper, count, args, 4, faltocal_sendQuery_ToDb);
   va_end(args);
   return rc;
 }

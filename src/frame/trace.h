@@ -23,6 +23,8 @@ void traceAt(const char *function, int line);
 void traceAtCode(const char *function, int line, int code);
 
 // printf's "%s" for a possibly NULL text: glibc prints "(null)".
-inline const char *orNull(const char *text) { return text != nullptr ? text : "(null)"; }
+inline const char *orNull(const char *text) {
+  return text != nullptr ? text : "(null)";
+}
 
 }  // namespace caltofal

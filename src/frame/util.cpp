@@ -31,7 +31,7 @@ bool isBlankButNewline(char c) {
 
 extern "C" {
 
-CALTOFAL_API char *strupr(char *text) {
+CALTOFAL_API char *strupr(char *text) noexcept {
   if (text == nullptr) return nullptr;
   for (char *p = text; *p != '\0'; ++p) {
     if (*p >= 'a' && *p <= 'z') *p = static_cast<char>(*p - 32);
@@ -39,17 +39,17 @@ CALTOFAL_API char *strupr(char *text) {
   return text;
 }
 
-CALTOFAL_API void reverse_string(char *text) {
+CALTOFAL_API void reverse_string(char *text) noexcept {
   if (text != nullptr) reverseInPlace(text);
 }
 
-CALTOFAL_API char *trim_start_space(char *text) {
+CALTOFAL_API char *trim_start_space(char *text) noexcept {
   if (text == nullptr) return nullptr;
   while (isBlankButNewline(*text)) ++text;
   return text;
 }
 
-CALTOFAL_API char *remove_rss_tag(char *text, const char *openTag) {
+CALTOFAL_API char *remove_rss_tag(char *text, const char *openTag) noexcept {
   if (text == nullptr || openTag == nullptr) return text;
   const char *element = trim_start_space(text);
   std::size_t tagLength = std::strlen(openTag);
@@ -66,7 +66,7 @@ CALTOFAL_API char *remove_rss_tag(char *text, const char *openTag) {
   return text;
 }
 
-CALTOFAL_API char *get_from_shell(const char *command, char *output) {
+CALTOFAL_API char *get_from_shell(const char *command, char *output) noexcept {
   static constexpr char kFunction[] = "get_from_shell";
   if (command == nullptr || command[0] == '\0' || output == nullptr) {
     traceTag(kUnitMesh, 95, kFunction);

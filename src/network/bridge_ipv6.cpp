@@ -74,7 +74,7 @@ void copyEachThatFits(const Message &msg, const char *name, char (&field)[N]) {
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_BrWanInfo(uint32_t flags, ZintuWanInfo *info) {
+CALTOFAL_API int32_t ZintuGet_BrWanInfo(uint32_t flags, ZintuWanInfo *info) noexcept {
   if ((flags & kRefuse) != 0 || info == nullptr) return -1;
   copyCut(info->sOperMode, "bridge");
   copyCut(info->sWanIpInterface, kBridgeInterface);
@@ -99,7 +99,7 @@ CALTOFAL_API int32_t ZintuGet_BrWanInfo(uint32_t flags, ZintuWanInfo *info) {
   return rc;
 }
 
-CALTOFAL_API int32_t ZintuGet_WanIPv6(ZintuWanInfo *info) {
+CALTOFAL_API int32_t ZintuGet_WanIPv6(ZintuWanInfo *info) noexcept {
   if (info == nullptr) return -1;
   Message msg;
   if (getObject(msg, "Device.IPv6.") == 0) {

@@ -210,7 +210,7 @@ void decideDns(DefWan &w) {
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_DefWanInfo(ZintuWanInfo *info) {
+CALTOFAL_API int32_t ZintuGet_DefWanInfo(ZintuWanInfo *info) noexcept {
   if (info == nullptr) return -1;
   ZintuGet_DefGw(info);
   if (info->sWanIpInterface[0] == '\0') return -1;

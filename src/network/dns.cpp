@@ -74,7 +74,7 @@ int takeTableServers(const Message &msg, Counts counts, char *dns1, char *dns2) 
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_WanDns(const char *ipInterface, char *dns1, char *dns2) {
+CALTOFAL_API int32_t ZintuGet_WanDns(const char *ipInterface, char *dns1, char *dns2) noexcept {
   if (ipInterface == nullptr || dns1 == nullptr || dns2 == nullptr || ipInterface[0] == '\0') {
     return -1;
   }
@@ -110,7 +110,7 @@ CALTOFAL_API int32_t ZintuGet_WanDns(const char *ipInterface, char *dns1, char *
 }
 
 CALTOFAL_API int32_t ZintuGet_WanStaticDns(const char *ipInterface, int32_t *dnsAuto, char *dns1,
-                                           char *dns2) {
+                                           char *dns2) noexcept {
   if (ipInterface == nullptr || dnsAuto == nullptr || dns1 == nullptr || dns2 == nullptr ||
       ipInterface[0] == '\0') {
     return -1;

@@ -77,7 +77,7 @@ void takeModes(const char *list, int32_t modes[10]) {
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_LineInfo(ZintuDslLineInfo *info) {
+CALTOFAL_API int32_t ZintuGet_LineInfo(ZintuDslLineInfo *info) noexcept {
   if (info == nullptr) return -1;
   Message msg;
   for (const FieldGroup &request : kLineRequests) {
@@ -93,7 +93,7 @@ CALTOFAL_API int32_t ZintuGet_LineInfo(ZintuDslLineInfo *info) {
   return 0;
 }
 
-CALTOFAL_API int32_t ZintuGet_DslMode(int32_t modes[10]) {
+CALTOFAL_API int32_t ZintuGet_DslMode(int32_t modes[10]) noexcept {
   if (modes == nullptr) return -1;
   Message msg;
   if (getObjectTraced(msg, "Device.DSL.X_LANTIQ_COM_Config", "ZintuGet_DslMode", __LINE__,

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-#include <string>
 #include <string_view>
 
 #include "caltofal.h"
@@ -138,9 +137,9 @@ bool walkV6(const Message &msg, LANv6Info &info) {
 // The address made from the manual prefix when the LAN has none: "%s1",
 // cut at the field.
 void synthesiseAddress(LANv6Info &info) {
-  std::string made(fieldText(info.sManualPrefix));
-  made += '1';
-  copyCut(info.sIPv6Address, made.c_str());
+  const std::string_view prefix = fieldText(info.sManualPrefix);
+  std::snprintf(info.sIPv6Address, sizeof info.sIPv6Address, "%.*s1",
+                static_cast<int>(prefix.size()), prefix.data());
   info.nPrefixLength = 64;
 }
 
@@ -148,7 +147,7 @@ void synthesiseAddress(LANv6Info &info) {
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info) {
+CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info) noexcept {
   if (pxLANv4Info == nullptr) return -1;
   LANv4Info &info = *pxLANv4Info;
   traceTag(kUnitNetwork, __LINE__, kLanv4);
@@ -201,7 +200,7 @@ CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info) {
   return rc;
 }
 
-CALTOFAL_API int32_t ZintuGet_LANv6Info(LANv6Info *pxLANv6Info) {
+CALTOFAL_API int32_t ZintuGet_LANv6Info(LANv6Info *pxLANv6Info) noexcept {
   if (pxLANv6Info == nullptr) return -1;
   LANv6Info &info = *pxLANv6Info;
   traceTag(kUnitNetwork, __LINE__, kLanv6);

@@ -126,7 +126,7 @@ int32_t bridgeSwitch(ObjList *obj) {
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_MultiWanInfo(ZintuMultiWanInfo *info) {
+CALTOFAL_API int32_t ZintuGet_MultiWanInfo(ZintuMultiWanInfo *info) noexcept {
   if (info == nullptr) return -1;
   Message msg;
   if (getObjectTraced(msg, "Device.X_LANTIQ_COM_Multiwan.", "ZintuGet_MultiWanInfo", 1875,
@@ -151,7 +151,7 @@ CALTOFAL_API int32_t ZintuGet_MultiWanInfo(ZintuMultiWanInfo *info) {
   return 0;
 }
 
-CALTOFAL_API int32_t zintu_GetWanIfName(char *ifName) {
+CALTOFAL_API int32_t zintu_GetWanIfName(char *ifName) noexcept {
   if (ifName == nullptr) return -1;
   traceTag(kUnitNetwork, 2012, kWanIfName);
   PRINT_TO_CONSOLE("%s", kEntering);
@@ -165,7 +165,7 @@ CALTOFAL_API int32_t zintu_GetWanIfName(char *ifName) {
 
 CALTOFAL_API int32_t zintu_GetValueFromDBInfo(const char *object, const char *filterParam,
                                               const char *filterValue, const char *wantedParam,
-                                              char *outObjectName, char *outValue) {
+                                              char *outObjectName, char *outValue) noexcept {
   traceTag(kUnitNetwork, 2055, kFindValue);
   PRINT_TO_CONSOLE("%s", kEntering);
   int error = 0;
@@ -203,7 +203,7 @@ CALTOFAL_API int32_t zintu_GetValueFromDBInfo(const char *object, const char *fi
   return found ? 0 : -1;
 }
 
-CALTOFAL_API int32_t Zintu_isEnabledIptvStb(void) {
+CALTOFAL_API int32_t Zintu_isEnabledIptvStb(void) noexcept {
   Message msg;
   if (getObjectTraced(msg, "Device.X_ZINTU_Multi_Bridge.", "Zintu_isEnabledIptvStb", 1811,
                       "faltocal_send_main is Failure\n") != 0) {
@@ -234,14 +234,14 @@ CALTOFAL_API int32_t Zintu_isEnabledIptvStb(void) {
   return iptv == -1 ? -1 : 0;
 }
 
-CALTOFAL_API uint32_t IPConvertTouint(const char *text) {
+CALTOFAL_API uint32_t IPConvertTouint(const char *text) noexcept {
   if (text == nullptr) return 0;
   in_addr address{};
   if (inet_aton(text, &address) == 0) return 0xFFFFFFFFu;
   return address.s_addr;
 }
 
-CALTOFAL_API int32_t validationCheck_IPv6Addr(const char *text) {
+CALTOFAL_API int32_t validationCheck_IPv6Addr(const char *text) noexcept {
   in6_addr address{};
   return text != nullptr && inet_pton(AF_INET6, text, &address) == 1 ? 0 : -1;
 }

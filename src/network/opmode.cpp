@@ -44,7 +44,7 @@ static_assert(sizeof kDefGwFields / sizeof kDefGwFields[0] == 7);
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_OperMode(void) {
+CALTOFAL_API int32_t ZintuGet_OperMode(void) noexcept {
   Message msg;
   if (getObjectTraced(msg, kCurrentNetwork, "ZintuGet_OperMode", __LINE__,
                       "faltocal_send_main is Failure \n") != 0) {
@@ -57,7 +57,7 @@ CALTOFAL_API int32_t ZintuGet_OperMode(void) {
   return -1;
 }
 
-CALTOFAL_API int32_t ZintuGet_DefGw(ZintuWanInfo *info) {
+CALTOFAL_API int32_t ZintuGet_DefGw(ZintuWanInfo *info) noexcept {
   if (info == nullptr) return -1;
   Message msg;
   if (getObjectTraced(msg, kCurrentNetwork, "ZintuGet_DefGw", __LINE__,
@@ -74,7 +74,8 @@ CALTOFAL_API int32_t ZintuGet_DefGw(ZintuWanInfo *info) {
   return 0;
 }
 
-CALTOFAL_API int32_t ZintuGet_UciSectionByConnMode(const char *connMode, char *uciSection) {
+CALTOFAL_API int32_t ZintuGet_UciSectionByConnMode(const char *connMode,
+                                                   char *uciSection) noexcept {
   if (connMode == nullptr || uciSection == nullptr || connMode[0] == '\0') return -1;
   Message msg;
   int rc = getFiltered(msg, kWanConnection, "ConnMode", connMode);
@@ -96,7 +97,7 @@ CALTOFAL_API int32_t ZintuGet_UciSectionByConnMode(const char *connMode, char *u
   return -1;
 }
 
-CALTOFAL_API int32_t ZintuGet_UciSectionOfDefGw(char *uciSection) {
+CALTOFAL_API int32_t ZintuGet_UciSectionOfDefGw(char *uciSection) noexcept {
   if (uciSection == nullptr) return -1;
   constexpr char kFunction[] = "ZintuGet_UciSectionOfDefGw";
   constexpr char kFailure[] = "faltocal_send_main is Failure\n";

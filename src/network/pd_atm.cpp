@@ -40,7 +40,7 @@ void readCircuit(const char *destination, ZintuWanInfo &info) {
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_IPv6PD(void) {
+CALTOFAL_API int32_t ZintuGet_IPv6PD(void) noexcept {
   Message msg;
   if (getObjectTraced(msg, "Device.X_ZINTU_CurrentNetwork", "ZintuGet_IPv6PD", 1442,
                       "faltocal_send_main is Failure\n") != 0) {
@@ -56,7 +56,7 @@ CALTOFAL_API int32_t ZintuGet_IPv6PD(void) {
   return enabled;
 }
 
-CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info) {
+CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info) noexcept {
   if (info == nullptr) return -1;
   Message msg;
   if (getObjectTraced(msg, "Device.ATM.Link.1.", "ZintuGet_AtmInfo", 1475,

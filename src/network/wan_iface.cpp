@@ -30,7 +30,7 @@ bool isIpInterfaceObject(const char *name) {
 
 extern "C" {
 
-CALTOFAL_API int32_t ZintuGet_LowerLayers(const char *object, char *lowerLayers) {
+CALTOFAL_API int32_t ZintuGet_LowerLayers(const char *object, char *lowerLayers) noexcept {
   if (object == nullptr || lowerLayers == nullptr) {
     traceAt("ZintuGet_LowerLayers", __LINE__);
     PRINT_TO_CONSOLE("input param is NULL \n");
@@ -51,7 +51,7 @@ CALTOFAL_API int32_t ZintuGet_LowerLayers(const char *object, char *lowerLayers)
   return 0;
 }
 
-CALTOFAL_API int32_t ZintuGet_EthWanObjName(char *objName) {
+CALTOFAL_API int32_t ZintuGet_EthWanObjName(char *objName) noexcept {
   if (objName == nullptr) return -1;
   Message msg;
   if (getFiltered(msg, "Device.IP.Interface", "Alias", "cpe-EthWan-IPIntf-1") != 0) return -1;

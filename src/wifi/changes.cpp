@@ -130,7 +130,7 @@ extern "C" {
 
 CALTOFAL_API int ComparOrSetParam(WifiParamTable *current, WifiParamTable *changes,
                                   const char *object, const char *parameter, const char *value,
-                                  uint8_t force) {
+                                  uint8_t force) noexcept {
   if (current == nullptr || object == nullptr || parameter == nullptr || value == nullptr) {
     return -1;
   }
@@ -146,7 +146,7 @@ CALTOFAL_API int ComparOrSetParam(WifiParamTable *current, WifiParamTable *chang
 }
 
 CALTOFAL_API int CheckGetParam(WifiParamTable *table, const char *object, const char *parameter,
-                               const char *value) {
+                               const char *value) noexcept {
   if (table == nullptr || object == nullptr || parameter == nullptr || value == nullptr) return -1;
   const int i = findRow(*table, object, parameter);
   if (i < 0) {
@@ -160,7 +160,7 @@ CALTOFAL_API int CheckGetParam(WifiParamTable *table, const char *object, const 
 
 CALTOFAL_API int CheckGetReqDbAndCurDb(WifiParamTable *requested, WifiParamTable *current,
                                        const char *object, const char *parameter,
-                                       const char *value) {
+                                       const char *value) noexcept {
   if (requested == nullptr || current == nullptr || object == nullptr || parameter == nullptr ||
       value == nullptr) {
     return -1;
@@ -170,7 +170,7 @@ CALTOFAL_API int CheckGetReqDbAndCurDb(WifiParamTable *requested, WifiParamTable
 }
 
 CALTOFAL_API int faltocal_fromDB(MsgHeader *header, WifiParamTable *changes, int moreFollows,
-                                 int onlyDb) {
+                                 int onlyDb) noexcept {
   if (header == nullptr || changes == nullptr) return -1;
   return sendChanges(header, *changes, moreFollows, onlyDb);
 }

@@ -2,7 +2,6 @@
 // the side of the secondary 40 MHz channel.
 #include <cstdio>
 #include <cstring>
-#include <string>
 
 #include "caltofal.h"
 #include "frame/message.h"
@@ -35,9 +34,8 @@ bool dfsEnabled(Message &msg) {
 }
 
 // The channel listing's command line for the interface's radio.
-std::string channelCommand(const char *ifname) {
+void channelCommand(const char *ifname, char (&command)[kLine]) {
   static constexpr char kFunction[] = "GetChannelList";
-  char command[kLine] = {0};
   int phy = GetPhyNumber(ifname);
   if (phy < 0) {
     traceTag(kUnitWifi, __LINE__, kFunction);
@@ -49,7 +47,6 @@ std::string channelCommand(const char *ifname) {
     traceTag(kUnitWifi, __LINE__, kFunction);
     PRINT_TO_CONSOLE("GetPhyNumber %s\n", command);
   }
-  return command;
 }
 
 // Starts a tool for reading; nullptr after the console line when it cannot.
@@ -66,7 +63,7 @@ os::Stream *openTool(const char *function, int line, const char *command) {
 
 extern "C" {
 
-CALTOFAL_API int GetPhyNumber(const char *ifname) {
+CALTOFAL_API int GetPhyNumber(const char *ifname) noexcept {
   if (ifname == nullptr || ifname[0] == '\0' || !shell::isInterfaceName(ifname)) return -1;
   char command[kLine] = {0};
   formatCut(command, sizeof command, "%s %s %s | grep \"wiphy\"", "iw dev", ifname, "info");
@@ -79,7 +76,8 @@ CALTOFAL_API int GetPhyNumber(const char *ifname) {
   return phyNumberOf(std::string_view(text, n));
 }
 
-CALTOFAL_API int GetChannelList(const char *ifname, int radioIndex, WifiChannelList *list) {
+CALTOFAL_API int GetChannelList(const char *ifname, int radioIndex,
+                                WifiChannelList *list) noexcept {
   static constexpr char kFunction[] = "GetChannelList";
   if (list == nullptr) return 0;
   std::memset(list, 0, sizeof *list);
@@ -96,8 +94,9 @@ CALTOFAL_API int GetChannelList(const char *ifname, int radioIndex, WifiChannelL
   }
   const bool dfs = dfsEnabled(msg);
 
-  const std::string command = channelCommand(ifname);
-  os::Stream *pipe = openTool(kFunction, __LINE__, command.c_str());
+  char command[kLine] = {0};
+  channelCommand(ifname, command);
+  os::Stream *pipe = openTool(kFunction, __LINE__, command);
   if (pipe == nullptr) return 0;
   char line[kLine];
   while (os::readLine(pipe, line, sizeof line) != nullptr) {
@@ -110,7 +109,7 @@ CALTOFAL_API int GetChannelList(const char *ifname, int radioIndex, WifiChannelL
   return static_cast<int>(list->count);
 }
 
-CALTOFAL_API int GetCurrentChannel(const char *ifname, int ignored, int *channel) {
+CALTOFAL_API int GetCurrentChannel(const char *ifname, int ignored, int *channel) noexcept {
   static constexpr char kFunction[] = "GetCurrentChannel";
   (void)ignored;
   traceTag(kUnitWifi, __LINE__, kFunction);
@@ -129,7 +128,7 @@ CALTOFAL_API int GetCurrentChannel(const char *ifname, int ignored, int *channel
 }
 
 CALTOFAL_API const char *GetSideChannel(int channel, const char *countryCode,
-                                        const char *fallback) {
+                                        const char *fallback) noexcept {
   int limit = 9;
   if (countryCode != nullptr && std::strncmp(countryCode, "US", 2) == 0) limit = 7;
   if (countryCode != nullptr && std::strncmp(countryCode, "JP", 2) == 0) limit = 10;
@@ -138,7 +137,7 @@ CALTOFAL_API const char *GetSideChannel(int channel, const char *countryCode,
   return fallback;
 }
 
-CALTOFAL_API int GetDFSChannel(void) {
+CALTOFAL_API int GetDFSChannel(void) noexcept {
   return 0;
 }
 

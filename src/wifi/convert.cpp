@@ -75,37 +75,37 @@ using namespace caltofal::wifi;
 
 extern "C" {
 
-CALTOFAL_API const char *OperatingStandards_ConvStr(const char *text, int direction) {
+CALTOFAL_API const char *OperatingStandards_ConvStr(const char *text, int direction) noexcept {
   return convert(text, direction, WireLessMode_FapiToUi_Table);
 }
 
-CALTOFAL_API const char *BandWidth_ConvStr(const char *text, int direction) {
+CALTOFAL_API const char *BandWidth_ConvStr(const char *text, int direction) noexcept {
   return convert(text, direction, BandWidth_FapiToUi_Table);
 }
 
-CALTOFAL_API const char *ExtensionChannel_ConvStr(const char *text, int direction) {
+CALTOFAL_API const char *ExtensionChannel_ConvStr(const char *text, int direction) noexcept {
   return convert(text, direction, SideBand_FapiToUi_Table);
 }
 
-CALTOFAL_API const char *ShortGuardInterval_ConvStr(const char *text, int direction) {
+CALTOFAL_API const char *ShortGuardInterval_ConvStr(const char *text, int direction) noexcept {
   return convert(text, direction, ShortGuardInterval_FapiToUi_Table);
 }
 
-CALTOFAL_API const char *VhtShortGuardInterval_ConvStr(const char *text, int direction) {
+CALTOFAL_API const char *VhtShortGuardInterval_ConvStr(const char *text, int direction) noexcept {
   return convert(text, direction, VhtShortGuardInterval_FapiToUi_Table);
 }
 
-CALTOFAL_API const char *WMMOption_ConvStr(const char *text, int direction) {
+CALTOFAL_API const char *WMMOption_ConvStr(const char *text, int direction) noexcept {
   return convertOrDefault(text, direction, WMM_Option_FapiToUi_Table, 520, "WMMOption_ConvStr",
                           "(null)", "AC_Normal");
 }
 
-CALTOFAL_API const char *Dot11nProtect_ConvStr(const char *text, int direction) {
+CALTOFAL_API const char *Dot11nProtect_ConvStr(const char *text, int direction) noexcept {
   return convertOrDefault(text, direction, Dot11nProtect_FapiToUi_Table, 547,
                           "Dot11nProtect_ConvStr", "false", "Disabled");
 }
 
-CALTOFAL_API const char *TransmitPower_ConvStr(const char *text, int direction) {
+CALTOFAL_API const char *TransmitPower_ConvStr(const char *text, int direction) noexcept {
   if (text == nullptr) return nullptr;
   if (direction == kToUi) {
     int percent = std::atoi(text);
@@ -119,66 +119,66 @@ CALTOFAL_API const char *TransmitPower_ConvStr(const char *text, int direction) 
   return "100";
 }
 
-CALTOFAL_API const char *ConvStr(const char *text, int) {
+CALTOFAL_API const char *ConvStr(const char *text, int) noexcept {
   return text;
 }
-CALTOFAL_API const char *AutoChannelEnable_ConvStr(const char *text, int) {
+CALTOFAL_API const char *AutoChannelEnable_ConvStr(const char *text, int) noexcept {
   return text;
 }
-CALTOFAL_API const char *ChannelList_ConvStr(const char *text, int) {
+CALTOFAL_API const char *ChannelList_ConvStr(const char *text, int) noexcept {
   return text;
 }
 
-CALTOFAL_API int ConvInt(const char *text) {
+CALTOFAL_API int ConvInt(const char *text) noexcept {
   return text != nullptr ? std::atoi(text) : 0;
 }
 
-CALTOFAL_API int ConvStrToBool(const char *text) {
+CALTOFAL_API int ConvStrToBool(const char *text) noexcept {
   return text != nullptr && (std::strcmp(text, "true") == 0 || std::strcmp(text, "1") == 0);
 }
 
-CALTOFAL_API const char *ConvBoolToStr(uint8_t flag) {
+CALTOFAL_API const char *ConvBoolToStr(uint8_t flag) noexcept {
   return flag != 0 ? "true" : "false";
 }
 
-CALTOFAL_API int ConvMacACLModeToUI(const char *text) {
+CALTOFAL_API int ConvMacACLModeToUI(const char *text) noexcept {
   return text != nullptr && std::strcmp(text, "Allow") == 0;
 }
 
-CALTOFAL_API const char *ConvMacACLModeToFapi(uint8_t enabled, int allow) {
+CALTOFAL_API const char *ConvMacACLModeToFapi(uint8_t enabled, int allow) noexcept {
   if (enabled == 0) return "Disabled";
   return allow != 0 ? "Allow" : "Deny";
 }
 
 // Access points 1-8 belong to radio 1, 9-16 to the other radio; the UI
 // counts each radio's from 0.
-CALTOFAL_API int ConvSsidIdxToUI(int radio, int index) {
+CALTOFAL_API int ConvSsidIdxToUI(int radio, int index) noexcept {
   return radio == 1 ? index - 1 : index - 9;
 }
 
-CALTOFAL_API int ConvSsidIdxToFapi(int radio, int index) {
+CALTOFAL_API int ConvSsidIdxToFapi(int radio, int index) noexcept {
   return radio == 1 ? index + 1 : index + 9;
 }
 
-CALTOFAL_API int ConvBeaconInterval(int value) {
+CALTOFAL_API int ConvBeaconInterval(int value) noexcept {
   return kBeacon.clamp(value);
 }
-CALTOFAL_API int ConvDtimInterval(int value) {
+CALTOFAL_API int ConvDtimInterval(int value) noexcept {
   return kDtim.clamp(value);
 }
-CALTOFAL_API int ConvFragmentationThreshold(int value) {
+CALTOFAL_API int ConvFragmentationThreshold(int value) noexcept {
   return kFragmentation.clamp(value);
 }
-CALTOFAL_API int ConvRtsThreshold(int value) {
+CALTOFAL_API int ConvRtsThreshold(int value) noexcept {
   return kRts.clamp(value);
 }
 
 // 1 high, 2 medium, 3 low.
-CALTOFAL_API int ConvTransmitPower(int percent) {
+CALTOFAL_API int ConvTransmitPower(int percent) noexcept {
   return percent > 50 ? 1 : percent > 25 ? 2 : 3;
 }
 
-CALTOFAL_API int ConvFreqChannel(int mhz) {
+CALTOFAL_API int ConvFreqChannel(int mhz) noexcept {
   if (mhz == 2484) return 14;
   if (mhz < 2484) return (mhz - 2407) / 5;
   if (mhz >= 4910 && mhz <= 4980) return (mhz - 4000) / 5;
@@ -188,7 +188,7 @@ CALTOFAL_API int ConvFreqChannel(int mhz) {
 }
 
 // Twelve hex digits, plain or in six pairs separated by ':' or '-'.
-CALTOFAL_API int isValidMacAddress(const char *text) {
+CALTOFAL_API int isValidMacAddress(const char *text) noexcept {
   if (text == nullptr) return 0;
   int digits = 0;
   int groups = 0;  // pairs seen at the last separator; -1 once a stray character came
@@ -209,7 +209,7 @@ CALTOFAL_API int isValidMacAddress(const char *text) {
 // Case-insensitive over exactly n positions. Each position where both texts
 // have ended sets the result back to 0, and an equal pair keeps the result
 // of the positions before it.
-CALTOFAL_API int my_strnicmp(const char *s1, const char *s2, int n) {
+CALTOFAL_API int my_strnicmp(const char *s1, const char *s2, int n) noexcept {
   if (s1 == nullptr || s2 == nullptr || n == 0) return -1;
   if (n < 0) return 0;
   const std::size_t width = static_cast<std::size_t>(n);
@@ -231,7 +231,7 @@ CALTOFAL_API int my_strnicmp(const char *s1, const char *s2, int n) {
   return result;
 }
 
-CALTOFAL_API int ConvHexDecToCharStr(const char *hex, char *out) {
+CALTOFAL_API int ConvHexDecToCharStr(const char *hex, char *out) noexcept {
   if (hex == nullptr || out == nullptr) return 0;
   const std::size_t pairs = std::strlen(hex) / 2;
   for (std::size_t i = 0; i < pairs; ++i) {
@@ -242,7 +242,7 @@ CALTOFAL_API int ConvHexDecToCharStr(const char *hex, char *out) {
   return 1;
 }
 
-CALTOFAL_API int ConvCharStrToHexDec(const char *bytes, int count, char *out) {
+CALTOFAL_API int ConvCharStrToHexDec(const char *bytes, int count, char *out) noexcept {
   static constexpr char kDigits[] = "0123456789abcdef";
   if (out == nullptr || (bytes == nullptr && count > 0)) return 0;
   int i = 0;

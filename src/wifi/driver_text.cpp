@@ -38,8 +38,14 @@ std::vector<std::string> fgetsLines(std::string_view text, int size) {
 int phyNumberOf(std::string_view info) {
   std::size_t at = info.find("wiphy");
   if (at == std::string_view::npos) return -1;
-  std::string rest(at + 6 <= info.size() ? info.substr(at + 6) : std::string_view());
-  return ConvInt(rest.c_str());
+  // The number after "wiphy ", read from a terminated copy (the tool's text
+  // is read into a 1024-byte buffer, so the copy holds all of it).
+  char rest[1025] = {0};
+  if (at + 6 <= info.size()) {
+    const std::string_view tail = info.substr(at + 6);
+    std::memcpy(rest, tail.data(), tail.size() < sizeof rest ? tail.size() : sizeof rest - 1);
+  }
+  return ConvInt(rest);
 }
 
 bool channelEntryOf(const char *line, bool dfsEnabled, int radioIndex, WifiChannelEntry *entry) {

@@ -79,7 +79,7 @@ void chomp(char *line) {
 
 extern "C" {
 
-CALTOFAL_API int GetEPEnable(char *ifnameOut) {
+CALTOFAL_API int GetEPEnable(char *ifnameOut) noexcept {
   static constexpr char kFunction[] = "GetEPEnable";
   EndPointState endpoints[2];
   char objects[2][kLine] = {};
@@ -124,7 +124,7 @@ CALTOFAL_API int GetEPEnable(char *ifnameOut) {
   return result;
 }
 
-CALTOFAL_API int GetEPContection(const char *ifname, char *macOut) {
+CALTOFAL_API int GetEPContection(const char *ifname, char *macOut) noexcept {
   static constexpr char kFunction[] = "GetEPContection";
   if (ifname == nullptr || !shell::isInterfaceName(ifname)) return 0;
   char peer[kLine] = {0};
@@ -145,13 +145,13 @@ CALTOFAL_API int GetEPContection(const char *ifname, char *macOut) {
   return 1;
 }
 
-CALTOFAL_API int GetEPConnectionStatus(char *macOut) {
+CALTOFAL_API int GetEPConnectionStatus(char *macOut) noexcept {
   char name[kLine] = {0};
   if (GetEPEnable(name) == -1) return 0;
   return GetEPContection(name, macOut);
 }
 
-CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values) {
+CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values) noexcept {
   static constexpr char kFunction[] = "ReqEPChannelInfo";
   if (ifname == nullptr || !shell::isInterfaceName(ifname)) return 0;
   char peer[kLine] = {0};

@@ -154,7 +154,7 @@ extern "C" {
 // Row `count` gets the three texts, cut as a formatted copy of size 255,
 // 255 and 127 cuts them.
 CALTOFAL_API int SetParam(WifiParamTable *table, const char *object, const char *parameter,
-                          const char *value) {
+                          const char *value) noexcept {
   if (table == nullptr || object == nullptr || parameter == nullptr || value == nullptr) return -1;
   if (table->count < 0 || table->count >= kMaxRows) return -1;
   WifiParamRow &row = table->rows[table->count];
@@ -165,12 +165,12 @@ CALTOFAL_API int SetParam(WifiParamTable *table, const char *object, const char 
   return 0;
 }
 
-CALTOFAL_API int GetSsIdInfoFromFapiToBuff(int ssidIndex, WifiParamTable *table) {
+CALTOFAL_API int GetSsIdInfoFromFapiToBuff(int ssidIndex, WifiParamTable *table) noexcept {
   if (table == nullptr) return -1;
   return ssidSnapshot(ssidIndex, table);
 }
 
-CALTOFAL_API int GetWireInfoFromFapiToBuff(int radioIndex, WifiParamTable *table) {
+CALTOFAL_API int GetWireInfoFromFapiToBuff(int radioIndex, WifiParamTable *table) noexcept {
   if (table == nullptr) return -1;
   traceTag(kUnitWifi, __LINE__, "GetWireInfoFromFapiToBuff");
   PRINT_TO_CONSOLE("START_FUNCTION \n");

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "caltofal.h"
+#include "frame/boundary.h"
 #include "frame/message.h"
 #include "frame/os.h"
 #include "frame/shell.h"
@@ -40,7 +41,7 @@ struct SsidState {
 
 extern "C" {
 
-CALTOFAL_API int GetStaInfo(const char *ifname, const char *macFilter, WifiStaList *list) {
+CALTOFAL_API int GetStaInfo(const char *ifname, const char *macFilter, WifiStaList *list) noexcept {
   static constexpr char kFunction[] = "GetStaInfo";
   traceTag(kUnitWifi, __LINE__, kFunction);
   PRINT_TO_CONSOLE("START_FUNCTION \n");
@@ -65,16 +66,18 @@ CALTOFAL_API int GetStaInfo(const char *ifname, const char *macFilter, WifiStaLi
     PRINT_TO_CONSOLE("system is Failure\n");
     return 0;
   }
-  std::string peers;
-  if (!readWhole(target, &peers)) {
-    traceTag(kUnitWifi, __LINE__, kFunction);
-    PRINT_TO_CONSOLE("%s does not exist\n", target);
-    return 0;
-  }
-  return stationsOf(peers, filtered ? macFilter : nullptr, list);
+  return guarded(0, [&] {
+    std::string peers;
+    if (!readWhole(target, &peers)) {
+      traceTag(kUnitWifi, __LINE__, kFunction);
+      PRINT_TO_CONSOLE("%s does not exist\n", target);
+      return 0;
+    }
+    return stationsOf(peers, filtered ? macFilter : nullptr, list);
+  });
 }
 
-CALTOFAL_API int GetAssociatedDeviceNumberOfEntries(int radioIndex) {
+CALTOFAL_API int GetAssociatedDeviceNumberOfEntries(int radioIndex) noexcept {
   static constexpr char kFunction[] = "GetAssociatedDeviceNumberOfEntries";
   traceTag(kUnitWifi, __LINE__, kFunction);
   PRINT_TO_CONSOLE("START_FUNCTION \n");
@@ -127,22 +130,23 @@ CALTOFAL_API int GetAssociatedDeviceNumberOfEntries(int radioIndex) {
   return total;
 }
 
-CALTOFAL_API int GetMacAccessList(void *objectNode, const char *prefix, MacAccessList *list) {
+CALTOFAL_API int GetMacAccessList(void *objectNode, const char *prefix,
+                                  MacAccessList *list) noexcept {
   static constexpr char kFunction[] = "GetMacAccessList";
   if (objectNode == nullptr || prefix == nullptr || list == nullptr) return -1;
   if (list->count < 0 || list->count >= kAccessEntries) return -1;
   auto *obj = static_cast<ObjList *>(objectNode);
   char name[256] = {0};
   copyCut(name, obj->sObjName);
-  const std::string table = std::string(prefix) + ".";
-  const char *instance = std::strlen(name) >= table.size() ? name + table.size() : "";
+  const std::size_t tableLength = std::strlen(prefix) + 1;  // the prefix and its "."
+  const char *instance = std::strlen(name) >= tableLength ? name + tableLength : "";
   const int index = ConvInt(instance);
 
   MacAccessEntry &entry = list->entries[list->count];
   entry.index = index;
   traceTag(kUnitWifi, __LINE__, kFunction);
-  PRINT_TO_CONSOLE("\n\n>>>>>>>>>> ssid %s:%s:%s:%d<<<<<<<<<<<<<\n\n", name, instance,
-                   table.c_str(), index);
+  PRINT_TO_CONSOLE("\n\n>>>>>>>>>> ssid %s:%s:%s.:%d<<<<<<<<<<<<<\n\n", name, instance, prefix,
+                   index);
   bool hasName = false;
   bool hasMac = false;
   for (ParamList *param : paramsOf(obj)) {

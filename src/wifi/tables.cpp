@@ -100,17 +100,20 @@ using namespace caltofal::wifi;
 
 extern "C" {
 
-CALTOFAL_API const char *FapiToUi_Str(const char *text, const ConvPairRow *table, int rows) {
+CALTOFAL_API const char *FapiToUi_Str(const char *text, const ConvPairRow *table,
+                                      int rows) noexcept {
   if (text == nullptr) return nullText(13, "FapiToUi_Str");
   return walkPairs(text, table, rows, Cell::kFapi);
 }
 
-CALTOFAL_API const char *UiToFapi_Str(const char *text, const ConvPairRow *table, int rows) {
+CALTOFAL_API const char *UiToFapi_Str(const char *text, const ConvPairRow *table,
+                                      int rows) noexcept {
   if (text == nullptr) return nullText(42, "UiToFapi_Str");
   return walkPairs(text, table, rows, Cell::kUi);
 }
 
-CALTOFAL_API const char *DevToPhy_Str(const char *text, const ConvPairRow *table, int rows) {
+CALTOFAL_API const char *DevToPhy_Str(const char *text, const ConvPairRow *table,
+                                      int rows) noexcept {
   return walkPairs(text, table, rows, Cell::kFapi);
 }
 

@@ -142,6 +142,10 @@ TEST_F(MessageTest, NullArgumentsGiveTheFailureResult) {
   EXPECT_EQ(faltocal_finalize(nullptr), -1);
   EXPECT_EQ(faltocal_sendQuery(nullptr), -1);
   Message msg;
+  // A NULL object is refused before the message is even initialised.
+  EXPECT_EQ(faltocal_send_main(msg.get(), nullptr, "get", "get", 0), -1);
+  EXPECT_EQ(faltocal_send_main_ToDb(msg.get(), nullptr, "set", "set", 1, "Enable", "1"), -1);
+  EXPECT_EQ(msg.get()->pObjList, nullptr);
   EXPECT_EQ(
       faltocal_send_main_multi_obj_No_variable(msg.get(), "Device.A.", "get", "get", 1, nullptr),
       -1);

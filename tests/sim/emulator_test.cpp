@@ -1,8 +1,11 @@
 // What the transcripts do not say: lists of other kinds, the request log's
 // header words, the test interface's values, and threads.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -144,6 +147,44 @@ TEST(Emulator, TheBundledSampleIsServedReadOnly) {
   EXPECT_EQ(fileText(SAMPLE_MODEL), before);
   EXPECT_FALSE(std::ifstream(std::string(SAMPLE_MODEL) + ".journal").good());
   calsim::reset();
+}
+
+// Only a regular file of at most 64 MiB is a model: a FIFO is refused at once
+// (never waited on, so no request hangs behind it), a device is not read
+// until memory runs out, and an oversized file is refused by its size.
+TEST(Emulator, ModelFilesMustBeRegularAndBounded) {
+  char dir[] = "/tmp/calsim-limits-XXXXXX";
+  ASSERT_NE(mkdtemp(dir), nullptr);
+  const std::string fifo = std::string(dir) + "/fifo.model";
+  const std::string big = std::string(dir) + "/big.model";
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  {
+    std::ofstream out(big);
+    out << "[Device.DeviceInfo]\nModelName = big\n";
+  }
+  ASSERT_EQ(truncate(big.c_str(), (std::int64_t{64} << 20) + 1), 0);  // sparse
+  const struct {
+    std::string path;
+    std::string error;
+  } cases[] = {
+      {fifo, fifo + ": not a regular file"},
+      {"/dev/zero", "/dev/zero: not a regular file"},
+      {dir, std::string(dir) + ": not a regular file"},
+      {big, big + ": larger than 64 MiB"},
+  };
+  for (const auto &c : cases) {
+    calsim::reset();
+    std::string error;
+    EXPECT_FALSE(calsim::loadModelFile(c.path, &error)) << c.path;
+    EXPECT_EQ(error, c.error);
+    Msg get(MOPT_GET, SOPT_OBJVALUE, "Device.DeviceInfo.");
+    EXPECT_NE(cal_getValue(get.get()), 0);
+    EXPECT_EQ(std::string(calsim_lastError()), c.error);
+  }
+  calsim::reset();
+  unlink(fifo.c_str());
+  unlink(big.c_str());
+  rmdir(dir);
 }
 
 }  // namespace

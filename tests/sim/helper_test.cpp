@@ -37,6 +37,20 @@ TEST(Helper, AppendsAtTheTailWithBoundedTexts) {
   EXPECT_EQ(help_delMsg(msg, 0), 0);
 }
 
+// Values of 4 KiB and 1 MiB from a configuration layer are cut the same way:
+// no node ever carries more than 1023 characters to the library.
+TEST(Helper, HugeValuesAreCutAt1023) {
+  for (std::size_t size : {std::size_t{4096}, std::size_t{1} << 20}) {
+    MsgHeader *msg = simtest::newMessage(SOPT_OBJVALUE);
+    const std::string huge(size, 'h');
+    ParamList *p = help_addParamList(help_addObjList(head(msg), "Device.A.", 0, 0, 0, 0), "H", 0,
+                                     huge.c_str(), 0);
+    ASSERT_NE(p, nullptr);
+    EXPECT_EQ(std::string(p->sParamValue), huge.substr(0, 1023));
+    EXPECT_EQ(help_delMsg(msg, 0), 0);
+  }
+}
+
 // Every kind's nodes go back, whatever word 2 selects (ASan checks that each
 // node is freed from its own start); a list of no known kind is left alone.
 TEST(Helper, DelMsgReleasesNodesByKind) {

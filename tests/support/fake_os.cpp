@@ -19,6 +19,7 @@ struct State {
   std::set<std::string> paths;
   std::vector<std::string> console;
   bool consoleFails = false;
+  bool capture = true;
   std::vector<std::pair<int, std::string>> syslog;
   std::string out;
   std::string err;
@@ -43,7 +44,7 @@ auto locked(F f) {
 fakeos::Reply execute(const char *command) {
   State &s = state();
   std::lock_guard<std::mutex> guard(s.lock);
-  s.commands.emplace_back(command);
+  if (s.capture) s.commands.emplace_back(command);
   auto it = s.replies.find(command);
   fakeos::Reply reply = it != s.replies.end() ? it->second : fakeos::Reply{};
   if (!reply.startFails) {
@@ -123,21 +124,27 @@ bool exists(const char *path) {
 int consoleWrite(const char *data, std::size_t len) {
   return locked([&](State &s) {
     if (s.consoleFails) return -1;
-    s.console.emplace_back(data, len);
+    if (s.capture) s.console.emplace_back(data, len);
     return 0;
   });
 }
 
 void syslogLine(int priority, const char *text) {
-  locked([&](State &s) { s.syslog.emplace_back(priority, text); });
+  locked([&](State &s) {
+    if (s.capture) s.syslog.emplace_back(priority, text);
+  });
 }
 
 void stdoutWrite(const char *data, std::size_t len) {
-  locked([&](State &s) { s.out.append(data, len); });
+  locked([&](State &s) {
+    if (s.capture) s.out.append(data, len);
+  });
 }
 
 void stderrWrite(const char *data, std::size_t len) {
-  locked([&](State &s) { s.err.append(data, len); });
+  locked([&](State &s) {
+    if (s.capture) s.err.append(data, len);
+  });
 }
 
 bool localNow(std::tm *out) {
@@ -166,6 +173,7 @@ void reset() {
     s.paths.swap(fresh.paths);
     s.console.swap(fresh.console);
     s.consoleFails = false;
+    s.capture = true;
     s.syslog.swap(fresh.syslog);
     s.out.clear();
     s.err.clear();
@@ -226,6 +234,10 @@ void setTime(const std::tm &when) {
 }
 std::vector<unsigned> sleeps() {
   return locked([](State &s) { return s.sleeps; });
+}
+
+void setCapture(bool on) {
+  locked([on](State &s) { s.capture = on; });
 }
 
 }  // namespace fakeos

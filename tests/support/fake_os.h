@@ -16,9 +16,9 @@ struct Reply {
   Reply(std::string out, int st = 0, bool fails = false)  // NOLINT: brace-initialised in tests
       : output(std::move(out)), status(st), startFails(fails) {}
 
-  std::string output;         // what the command prints
-  int status = 0;             // wait status (system()/pclose() result)
-  bool startFails = false;    // openCommand returns nullptr / run returns -1
+  std::string output;       // what the command prints
+  int status = 0;           // wait status (system()/pclose() result)
+  bool startFails = false;  // openCommand returns nullptr / run returns -1
   std::vector<std::pair<std::string, std::string>> writes;  // files the command writes
 };
 
@@ -50,5 +50,9 @@ std::string stderrText();
 // The local time the seam reports; without one the conversion fails.
 void setTime(const std::tm &when);
 std::vector<unsigned> sleeps();
+
+// Off: command lines, console, syslog, stdout and stderr are not kept (long
+// runs with many calls); reset() turns it on again.
+void setCapture(bool on);
 
 }  // namespace fakeos
