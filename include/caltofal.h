@@ -273,11 +273,12 @@ CALTOFAL_API int32_t validationCheck_IPv6Addr(const char *text) CALTOFAL_NOEXCEP
 /* Mesh control                                                              */
 /* ------------------------------------------------------------------------ */
 
-CALTOFAL_API int ZINTU_meshgrove_check_is_enabled(void);
-CALTOFAL_API int ZINTU_meshgrove_set_enable_value(uint8_t enable);
-CALTOFAL_API char *ZINTU_meshgrove_get_from_shell(const char *command, char *output);
-CALTOFAL_API char *ZINTU_meshgrove_get_IP_from_MAC(char *mac);
-CALTOFAL_API int ZINTU_meshgrove_sync_to_slave(void);
+CALTOFAL_API int ZINTU_meshgrove_check_is_enabled(void) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ZINTU_meshgrove_set_enable_value(uint8_t enable) CALTOFAL_NOEXCEPT;
+CALTOFAL_API char *ZINTU_meshgrove_get_from_shell(const char *command,
+                                                  char *output) CALTOFAL_NOEXCEPT;
+CALTOFAL_API char *ZINTU_meshgrove_get_IP_from_MAC(char *mac) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ZINTU_meshgrove_sync_to_slave(void) CALTOFAL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------ */
 /* Wi-Fi                                                                     */
@@ -443,16 +444,18 @@ typedef struct SiteSurveyList {
   SiteSurveyEntry *entries; /* allocated by GetSiteSurveyList, freed by the caller */
 } SiteSurveyList;
 
-CALTOFAL_API int Remove_Confs_File(void);
-CALTOFAL_API int GetFileLineCnt(const char *path);
-CALTOFAL_API int CombineScanResultFiles(const char *first, const char *second, const char *target);
-CALTOFAL_API int GetSiteSurveyList(const char *path, SiteSurveyList *list, const char *ssidFilter);
+CALTOFAL_API int Remove_Confs_File(void) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetFileLineCnt(const char *path) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int CombineScanResultFiles(const char *first, const char *second,
+                                        const char *target) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int GetSiteSurveyList(const char *path, SiteSurveyList *list,
+                                   const char *ssidFilter) CALTOFAL_NOEXCEPT;
 
 /* WPS and scan requests (1 when the shell ran). */
-CALTOFAL_API int ReqWPSActive(void);
-CALTOFAL_API int ReqWPSCancel(void);
-CALTOFAL_API int ReqWPSReset(void);
-CALTOFAL_API int ReqScan(const char *ifname, const char *ssid);
+CALTOFAL_API int ReqWPSActive(void) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ReqWPSCancel(void) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ReqWPSReset(void) CALTOFAL_NOEXCEPT;
+CALTOFAL_API int ReqScan(const char *ifname, const char *ssid) CALTOFAL_NOEXCEPT;
 
 /* Repeater endpoint. */
 CALTOFAL_API int GetEPEnable(char *ifnameOut) CALTOFAL_NOEXCEPT;

@@ -34,7 +34,7 @@ long numberOf(const char *text) {
 
 extern "C" {
 
-CALTOFAL_API int ZINTU_meshgrove_check_is_enabled(void) {
+CALTOFAL_API int ZINTU_meshgrove_check_is_enabled(void) noexcept {
   static constexpr char kFunction[] = "ZINTU_meshgrove_check_is_enabled";
   char value[kOutput] = {0};
   Message msg;
@@ -64,7 +64,7 @@ CALTOFAL_API int ZINTU_meshgrove_check_is_enabled(void) {
   return 0;
 }
 
-CALTOFAL_API int ZINTU_meshgrove_set_enable_value(uint8_t enable) {
+CALTOFAL_API int ZINTU_meshgrove_set_enable_value(uint8_t enable) noexcept {
   static constexpr char kFunction[] = "ZINTU_meshgrove_set_enable_value";
   traceMesh(296, kFunction);
   PRINT_TO_CONSOLE("START_FUNCTION : FAL with arg [%d] \n", enable);
@@ -78,7 +78,7 @@ CALTOFAL_API int ZINTU_meshgrove_set_enable_value(uint8_t enable) {
   return rc;
 }
 
-CALTOFAL_API char *ZINTU_meshgrove_get_from_shell(const char *command, char *output) {
+CALTOFAL_API char *ZINTU_meshgrove_get_from_shell(const char *command, char *output) noexcept {
   static constexpr char kFunction[] = "ZINTU_meshgrove_get_from_shell";
   if (command == nullptr || command[0] == '\0') {
     traceMesh(228, kFunction);
@@ -107,7 +107,7 @@ CALTOFAL_API char *ZINTU_meshgrove_get_from_shell(const char *command, char *out
   return output;
 }
 
-CALTOFAL_API char *ZINTU_meshgrove_get_IP_from_MAC(char *mac) {
+CALTOFAL_API char *ZINTU_meshgrove_get_IP_from_MAC(char *mac) noexcept {
   if (mac == nullptr) return nullptr;
   // Only a MAC address reaches the helper script's command line.
   if (zintu_isValidMacAddress(mac) != 0) {
@@ -120,7 +120,7 @@ CALTOFAL_API char *ZINTU_meshgrove_get_IP_from_MAC(char *mac) {
   return mac;
 }
 
-CALTOFAL_API int ZINTU_meshgrove_sync_to_slave(void) {
+CALTOFAL_API int ZINTU_meshgrove_sync_to_slave(void) noexcept {
   static constexpr char kFunction[] = "ZINTU_meshgrove_sync_to_slave";
   if (ZINTU_meshgrove_check_is_enabled() == 0) {
     traceMesh(155, kFunction);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "caltofal.h"
+#include "frame/boundary.h"
 #include "frame/message.h"
 #include "frame/os.h"
 #include "frame/shell.h"
@@ -36,31 +37,33 @@ int wpsAction(const char *function, const char *action, std::size_t width) {
 
 extern "C" {
 
-CALTOFAL_API int ReqWPSActive(void) {
+CALTOFAL_API int ReqWPSActive(void) noexcept {
   return wpsAction("ReqWPSActive", "PBC", 1024);
 }
 
-CALTOFAL_API int ReqWPSCancel(void) {
+CALTOFAL_API int ReqWPSCancel(void) noexcept {
   return wpsAction("ReqWPSCancel", "CancelWPS", 256);
 }
 
-CALTOFAL_API int ReqWPSReset(void) {
+CALTOFAL_API int ReqWPSReset(void) noexcept {
   return wpsAction("ReqWPSReset", "ResetWPS", 256);
 }
 
-CALTOFAL_API int ReqScan(const char *ifname, const char *ssid) {
+CALTOFAL_API int ReqScan(const char *ifname, const char *ssid) noexcept {
   if (ifname == nullptr && ssid == nullptr) return 0;
   if (!shell::isInterfaceName(ifname)) return 0;
-  // The SSID stands in a JSON string inside a single-quoted shell word.
-  const std::string network =
-      shell::inSingleQuotes(shell::jsonEscaped(ssid != nullptr ? ssid : "(null)"));
-  char command[1024] = {0};
-  formatCut(command, 256,
-            "source /opt/lantiq/etc/ugw_notify_defs.sh; ubus call servd notify '{\"nid\": "
-            "'$NOTIFY_WIFI_SCAN_ACTION',\"type\": false,\"pn1\": \"Action\", \"pv1\": \"%s\","
-            "\"pn2\": \"Name\", \"pv2\": \"%s\", \"pn3\": \"SSID\", \"pv3\": \"%s\"}'>/dev/null",
-            "SCAN", ifname, network.c_str());
-  return notify("ReqScan", command);
+  return guarded(0, [&] {
+    // The SSID stands in a JSON string inside a single-quoted shell word.
+    const std::string network =
+        shell::inSingleQuotes(shell::jsonEscaped(ssid != nullptr ? ssid : "(null)"));
+    char command[1024] = {0};
+    formatCut(command, 256,
+              "source /opt/lantiq/etc/ugw_notify_defs.sh; ubus call servd notify '{\"nid\": "
+              "'$NOTIFY_WIFI_SCAN_ACTION',\"type\": false,\"pn1\": \"Action\", \"pv1\": \"%s\","
+              "\"pn2\": \"Name\", \"pv2\": \"%s\", \"pn3\": \"SSID\", \"pv3\": \"%s\"}'>/dev/null",
+              "SCAN", ifname, network.c_str());
+    return notify("ReqScan", command);
+  });
 }
 
 }  // extern "C"

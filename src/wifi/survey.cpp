@@ -7,6 +7,7 @@
 #include <string>
 
 #include "caltofal.h"
+#include "frame/boundary.h"
 #include "frame/message.h"
 #include "frame/os.h"
 #include "frame/shell.h"
@@ -37,7 +38,7 @@ void reportInvalid(const char *function, int count, const SurveyColumns &c) {
 
 extern "C" {
 
-CALTOFAL_API int Remove_Confs_File(void) {
+CALTOFAL_API int Remove_Confs_File(void) noexcept {
   if (!os::exists(kConfs)) return 0;
   char command[128] = {0};
   formatCut(command, sizeof command, "rm -rf %s/*", kConfs);
@@ -45,7 +46,7 @@ CALTOFAL_API int Remove_Confs_File(void) {
   return 0;
 }
 
-CALTOFAL_API int GetFileLineCnt(const char *path) {
+CALTOFAL_API int GetFileLineCnt(const char *path) noexcept {
   if (path == nullptr || path[0] == '\0') return 0;
   os::Stream *file = os::openFile(path, "r");
   if (file == nullptr) return 0;
@@ -56,22 +57,26 @@ CALTOFAL_API int GetFileLineCnt(const char *path) {
   return lines;
 }
 
-CALTOFAL_API int CombineScanResultFiles(const char *first, const char *second, const char *target) {
+CALTOFAL_API int CombineScanResultFiles(const char *first, const char *second,
+                                        const char *target) noexcept {
   if (first == nullptr || second == nullptr || target == nullptr || second[0] == '\0' ||
       target[0] == '\0') {
     return 0;
   }
-  const std::string from = shell::word(first);
-  const std::string also = shell::word(second);
-  const std::string into = shell::word(target);
-  char command[1024] = {0};
-  formatCut(command, sizeof command, "cat %s > %s; cat %s >> %s", from.c_str(), into.c_str(),
-            also.c_str(), into.c_str());
-  os::run(command);
-  return GetFileLineCnt(target);
+  return guarded(0, [&] {
+    const std::string from = shell::word(first);
+    const std::string also = shell::word(second);
+    const std::string into = shell::word(target);
+    char command[1024] = {0};
+    formatCut(command, sizeof command, "cat %s > %s; cat %s >> %s", from.c_str(), into.c_str(),
+              also.c_str(), into.c_str());
+    os::run(command);
+    return GetFileLineCnt(target);
+  });
 }
 
-CALTOFAL_API int GetSiteSurveyList(const char *path, SiteSurveyList *list, const char *ssidFilter) {
+CALTOFAL_API int GetSiteSurveyList(const char *path, SiteSurveyList *list,
+                                   const char *ssidFilter) noexcept {
   static constexpr char kFunction[] = "GetSiteSurveyList";
   traceTag(kUnitWifi, __LINE__, kFunction);
   PRINT_TO_CONSOLE("START_FUNCTION \n");
@@ -100,7 +105,10 @@ CALTOFAL_API int GetSiteSurveyList(const char *path, SiteSurveyList *list, const
   while (os::readLine(file, line, sizeof line) != nullptr) {
     const SurveyColumns columns = surveyColumnsOf(line);
     if (!columns.complete()) {
-      reportInvalid(kFunction, list->count, columns);
+      guarded(0, [&] {
+        reportInvalid(kFunction, list->count, columns);
+        return 0;
+      });
       continue;
     }
     if (filtered && std::strncmp(columns.text[0], ssidFilter, 127) != 0) continue;
