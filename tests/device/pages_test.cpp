@@ -13,33 +13,22 @@
 #include <sstream>
 #include <string>
 
+#include "device_test.h"
+
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string readFile(const fs::path &path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
+using devicetest::Outcome;
+using devicetest::quoted;
+using devicetest::readFile;
 
-struct Outcome {
-  int status = -1;
-  std::string out, err;
-};
-
-class Pages : public ::testing::Test {
+class Pages : public devicetest::DeviceTest {
  protected:
   void SetUp() override {
-    if (geteuid() != 0) GTEST_SKIP() << "the device sandbox needs root";
-    char tmpl[] = "/tmp/device-pages-XXXXXX";
-    ASSERT_NE(mkdtemp(tmpl), nullptr);
-    dir_ = tmpl;
+    DeviceTest::SetUp();
+    if (IsSkipped() || dir_.empty()) return;
     fs::copy_file(CALTOFAL_SAMPLE_MODEL, dir_ / "gateway.model");
-  }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
   }
 
   // The tool with `args` in the sandbox (run folder dir_/run, kept).
@@ -55,8 +44,6 @@ class Pages : public ::testing::Test {
             readFile(dir_ / "err")};
   }
   std::string run(const std::string &name) { return readFile(dir_ / "run" / name); }
-
-  fs::path dir_;
 };
 
 TEST_F(Pages, ChannelsOfThe24GHzRadio) {
@@ -203,9 +190,7 @@ TEST_F(Pages, WpsAndScanReachTheServiceDaemon) {
 TEST_F(Pages, HostileSsidsChangeNoCommandAndNoJson) {
   for (const char *ssid : {"'", "';id;'", "$(touch /tmp/pwned)", "`touch /tmp/pwned`", "\"", "\\",
                            "%n%s", "-h", "\",\"x\":\""}) {
-    std::string quoted = "'";
-    for (const char *c = ssid; *c != '\0'; ++c) quoted += *c == '\'' ? "'\\''" : std::string(1, *c);
-    Outcome o = tool("wifi scan wlan0 -- " + quoted + "'");
+    Outcome o = tool("wifi scan wlan0 -- " + quoted(ssid));
     ASSERT_EQ(o.status, 0) << ssid << ": " << o.err;
     EXPECT_EQ(notified(run("calls.log"))["pv3"], ssid);
   }

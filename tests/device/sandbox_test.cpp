@@ -11,41 +11,18 @@
 #include <sstream>
 #include <string>
 
+#include "device_test.h"
+
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string readFile(const fs::path &path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
+using devicetest::Outcome;
+using devicetest::quoted;
+using devicetest::readFile;
 
-// Single-quotes a text for /bin/sh.
-std::string quoted(const std::string &text) {
-  std::string out = "'";
-  for (char c : text) out += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return out + "'";
-}
-
-struct Outcome {
-  int status = -1;
-  std::string out, err;
-};
-
-class Sandbox : public ::testing::Test {
+class Sandbox : public devicetest::DeviceTest {
  protected:
-  void SetUp() override {
-    if (geteuid() != 0) GTEST_SKIP() << "the device sandbox needs root";
-    char tmpl[] = "/tmp/device-test-XXXXXX";
-    ASSERT_NE(mkdtemp(tmpl), nullptr);
-    dir_ = tmpl;
-  }
-  void TearDown() override {
-    if (!dir_.empty()) fs::remove_all(dir_);
-  }
-
   // Runs `script` with sh -c inside the sandbox; the run folder of the last
   // run is kept in dir_/run for the logs.
   Outcome run(const std::string &script, const std::string &options = "") {
@@ -61,8 +38,6 @@ class Sandbox : public ::testing::Test {
     return o;
   }
   std::string log(const std::string &name) { return readFile(dir_ / "run" / name); }
-
-  fs::path dir_;
 };
 
 TEST_F(Sandbox, EveryProcessSeesTheDriversFiles) {

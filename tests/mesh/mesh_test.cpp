@@ -9,6 +9,7 @@
 
 #include "calsim.h"
 #include "caltofal.h"
+#include "emulator_test.h"
 #include "fake_os.h"
 #include "help_sim.h"
 
@@ -20,28 +21,13 @@ constexpr char kSlaves[] = "gddbc -i -g /runtime/singlesignoninfo/livingslave/is
 constexpr char kNotify[] =
     "gddbc -i -s /runtime/nimbord/sysnotifycmd \"\" ; killall -SIGUSR1 nimbord";
 
-class Mesh : public ::testing::Test {
+class Mesh : public EmulatorTest {
  protected:
-  void SetUp() override {
-    calsim::reset();
-    fakeos::reset();
-    live_ = help_liveAllocations();
-  }
-  void TearDown() override {
-    EXPECT_EQ(help_liveAllocations(), live_) << "a message was left behind";
-    calsim::reset();
-  }
   void model(const std::string &enable, int mode) {
-    std::string error;
-    ASSERT_TRUE(calsim::loadModelString("[Device.WiFi.X_ZINTU_RoamingMesh]\n" + enable +
-                                            "\n[Device.X_ZINTU_CurrentNetwork]\n" +
-                                            "OperationMode = " + std::to_string(mode) + "\n",
-                                        "mesh", &error))
-        << error;
+    EmulatorTest::model(
+        "[Device.WiFi.X_ZINTU_RoamingMesh]\n" + enable +
+        "\n[Device.X_ZINTU_CurrentNetwork]\nOperationMode = " + std::to_string(mode) + "\n");
   }
-
- private:
-  long live_ = 0;
 };
 
 TEST_F(Mesh, TheSwitchReadsAsAtobDoes) {

@@ -12,6 +12,7 @@
 
 #include "calsim.h"
 #include "caltofal.h"
+#include "emulator_test.h"
 #include "fake_os.h"
 #include "frame/message.h"
 #include "frame/shell.h"
@@ -26,26 +27,7 @@ using Lines = std::vector<std::string>;
 using caltofal::wifi::channelEntryOf;
 using caltofal::wifi::stationsOf;
 
-// A model of the test's own; no message may be left behind.
-class Driver : public ::testing::Test {
- protected:
-  void SetUp() override {
-    calsim::reset();
-    fakeos::reset();
-    live_ = help_liveAllocations();
-  }
-  void TearDown() override {
-    EXPECT_EQ(help_liveAllocations(), live_) << "a message was left behind";
-    calsim::reset();
-  }
-  void model(const std::string &text) {
-    std::string error;
-    ASSERT_TRUE(calsim::loadModelString(text, "driver", &error)) << error;
-  }
-
- private:
-  long live_ = 0;
-};
+using Driver = EmulatorTest;
 
 std::string entryText(const WifiChannelEntry &e) {
   char text[128];
