@@ -29,11 +29,25 @@ int classOf(std::size_t size) {
   return -1;
 }
 
+// Under AddressSanitizer nothing is kept by default: a freed node goes back
+// to the allocator at once, so a read after release is caught.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr unsigned long kDefaultMiB = 0;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr unsigned long kDefaultMiB = 0;
+#else
+constexpr unsigned long kDefaultMiB = 256;
+#endif
+#else
+constexpr unsigned long kDefaultMiB = 256;
+#endif
+
 std::size_t readLimit() {
   const char *text = std::getenv("CALTOFAL_HELPER_CACHE");
   char *end = nullptr;
-  unsigned long mib = text != nullptr ? std::strtoul(text, &end, 10) : 256;
-  if (text != nullptr && (end == text || *end != '\0' || mib > (1UL << 20))) mib = 256;
+  unsigned long mib = text != nullptr ? std::strtoul(text, &end, 10) : kDefaultMiB;
+  if (text != nullptr && (end == text || *end != '\0' || mib > (1UL << 20))) mib = kDefaultMiB;
   return static_cast<std::size_t>(mib) << 20;
 }
 

@@ -21,7 +21,7 @@ void *takeBlock(std::size_t size, bool *fresh);
 void giveBlock(void *block);
 
 // The limit of each thread's cache in bytes (CALTOFAL_HELPER_CACHE, in MiB,
-// 0 to keep nothing; default 256).
+// 0 to keep nothing; default 256, or 0 under AddressSanitizer).
 std::size_t cacheLimit();
 
 }  // namespace helpsim
