@@ -5,6 +5,9 @@
 // The memory bound needs the long form: the emulator keeps a log of the
 // latest requests, which fills up to its cap during the first tens of
 // thousands of calls; with fewer than 1,000,000 calls it is not applied.
+// In the device sandbox (caltofal-device) the mix also runs the shell-driven
+// pages every 400 calls: site survey, WPS and scan requests, the mesh switch
+// and address lookup, the station list.
 // Prints the figures; exit status 1 when a bound is broken.
 //   caltofal_soak [CALLS]        (CALTOFAL_MODEL names the model; see scripts/soak)
 #include <dirent.h>
@@ -58,6 +61,37 @@ bool childrenLeft() {
   return !(waitpid(-1, &status, WNOHANG) == -1 && errno == ECHILD);
 }
 
+// The driver's files are there: the program runs in the device sandbox.
+const bool kOnDevice = access("/proc/net/mtlk/wlan0", F_OK) == 0;
+
+// One of the shell-driven pages, in turn; false when its answer is wrong.
+bool deviceCall(long k) {
+  switch (k % 5) {
+    case 0: {
+      SiteSurveyList list{0, nullptr};
+      const int n = GetSiteSurveyList("/tmp/wlan_wave/wlan0_scan_by_User.result", &list, "");
+      std::free(list.entries);
+      return n > 0 && n == list.count;
+    }
+    case 1:
+      return ReqWPSActive() == 1;
+    case 2:
+      return ReqScan("wlan0", "Soak Net") == 1;
+    case 3: {
+      // (The sync waits 5 s when a satellite is connected: not in a soak.)
+      char mac[128] = "0A:1B:2C:6B:10:01";
+      ZINTU_meshgrove_get_IP_from_MAC(mac);
+      return ZINTU_meshgrove_check_is_enabled() == 1 && std::strcmp(mac, "192.168.1.2") == 0;
+    }
+    default: {
+      WifiStaList stations;
+      std::memset(&stations, 0, sizeof stations);
+      const int n = GetStaInfo("wlan0", nullptr, &stations);
+      return n > 0 && static_cast<unsigned>(n) == stations.count;
+    }
+  }
+}
+
 // One call of the mix; false when its answer is not the expected one.
 bool call(long i) {
   switch (i % 8) {
@@ -89,6 +123,7 @@ bool call(long i) {
       return std::strcmp(remove_rss_tag(tagged, "<t>"), "soak") == 0;
     }
     case 5: {
+      if (i % 400 == 205 && kOnDevice) return deviceCall(i / 400);
       if (i % 400 != 5) return atob("true") == 1;  // a command every 400 calls
       char out[128] = "";
       return std::strcmp(get_from_shell("echo soak", out), "soak") == 0;
@@ -117,7 +152,9 @@ int main(int argc, char **argv) {
       rssStart = residentKiB();
       fdsStart = openDescriptors();
     }
-    if (!call(i)) ++wrong;
+    if (!call(i)) {
+      if (++wrong <= 5) std::fprintf(stderr, "soak: call %ld gave a wrong answer\n", i);
+    }
     if (i > warmUp && i % 10000 == 0) {
       const long rss = residentKiB();
       if (rss > rssPeak) rssPeak = rss;
@@ -130,7 +167,8 @@ int main(int argc, char **argv) {
   const int fdsEnd = openDescriptors();
   const bool zombies = childrenLeft();
   const long growth = rssPeak - rssStart;
-  std::printf("soak: %ld calls in %.1f s, %ld wrong answers\n", calls, seconds, wrong);
+  std::printf("soak: %ld calls in %.1f s, %ld wrong answers%s\n", calls, seconds, wrong,
+              kOnDevice ? " (shell-driven pages included: device sandbox)" : "");
   std::printf(
       "soak: resident %ld KiB after warm-up, %ld KiB at most after, growth %ld KiB (limit 64%s)\n",
       rssStart, rssPeak, growth,

@@ -1,5 +1,6 @@
 // Eight threads make mixed calls at once (getters against the emulator,
-// converters, snapshots, the driver-text parsers, text checks): every result
+// converters, snapshots, the driver-text parsers, text checks, the mesh
+// switch and sync, the site survey, WPS and scan requests): every result
 // equals the one a single thread gets. Run under ThreadSanitizer by
 // scripts/tsan; CALTOFAL_STRESS_CALLS sets the calls per thread.
 #include <gtest/gtest.h>
@@ -48,6 +49,11 @@ const char kPeers[] =
     "-43 : Short-term RSSI average per antenna [dBm]\n"
     "aa:bb:cc:00:00:02 : STA MAC\n-60 : Short-term RSSI average per antenna [dBm]\n";
 
+// Two networks of a survey result file (tab-separated columns).
+const char kSurveyFile[] =
+    "Home\t6\t-48\tWPA2-PSK\tAES\t0a:1b:2c:00:00:01\t40\t11ng\tupper\t1\n"
+    "My Cafe\t36\t-60\tNONE\tNONE\t0a:1b:2c:00:00:02\t80\t11ac\tlower\t0\n";
+
 std::vector<Call> mixedCalls() {
   return {
       recordCall<ZintuWanInfo>(ZintuGet_DefWanInfo),
@@ -82,6 +88,26 @@ std::vector<Call> mixedCalls() {
                std::to_string(zintu_isValidMacAddress("0A:1B:2C:5A:3E:10")) +
                std::to_string(zintu_isValidIPv4Address("10.0.0.1"));
       },
+      [] {
+        // Switching the mesh on when it is on already changes nothing.
+        return std::to_string(ZINTU_meshgrove_check_is_enabled()) +
+               std::to_string(ZINTU_meshgrove_set_enable_value(1)) +
+               std::to_string(ZINTU_meshgrove_sync_to_slave()) + [] {
+                 char mac[128] = "0A:1B:2C:5A:3E:10";  // the answer's buffer: 128 bytes
+                 return text(ZINTU_meshgrove_get_IP_from_MAC(mac));
+               }();
+      },
+      [] {
+        SiteSurveyList list{0, nullptr};
+        std::string out = std::to_string(GetSiteSurveyList("/tmp/survey.result", &list, ""));
+        for (int i = 0; i < list.count; ++i) out += bytesOf(i, list.entries[i]);
+        std::free(list.entries);
+        return out + std::to_string(GetFileLineCnt("/tmp/survey.result"));
+      },
+      [] {
+        return std::to_string(ReqWPSActive()) + std::to_string(ReqWPSCancel()) +
+               std::to_string(ReqScan("wlan0", "My Cafe")) + std::to_string(ReqScan("wlan0;", "x"));
+      },
   };
 }
 
@@ -102,12 +128,18 @@ TEST(Stress, EightThreadsGetWhatOneThreadGets) {
   calsim::reset();
   std::string error;
   ASSERT_TRUE(calsim::loadModelString(readFile(SAMPLE_MODEL), "gateway.model", &error)) << error;
+  fakeos::setFile("/tmp/survey.result", kSurveyFile);
 
   const std::vector<Call> calls = mixedCalls();
   std::vector<std::string> expected;
   for (const Call &call : calls) expected.push_back(call());
   // The sample gateway answers every getter of the mix (result 0).
   for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(expected[i].substr(0, 2), "0:") << "call " << i;
+  // The mesh is on and the sync has nothing to wait for; both survey lines
+  // are read; the requests ran, the bad interface name is refused.
+  EXPECT_EQ(expected[expected.size() - 3].substr(0, 3), "100");
+  EXPECT_EQ(expected[expected.size() - 2].substr(0, 3), "20:");
+  EXPECT_EQ(expected.back(), "1110");
 
   constexpr int kThreads = 8;
   const int perThread = callsPerThread();
