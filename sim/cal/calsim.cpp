@@ -78,8 +78,8 @@ bool loadModelFile(const std::string &path, std::string *error) {
   return Emulator::instance().loadFile(path, error);
 }
 
-void injectFailure(int code, int count) {
-  Emulator::instance().injectFailure(code, count);
+void injectFailure(int code, int count, int skip) {
+  Emulator::instance().injectFailure(code, count, skip);
 }
 
 std::vector<Request> requests() {

@@ -66,9 +66,10 @@ CALSIM_API bool loadModelString(const std::string &text, const std::string &name
                                 std::string *error);
 CALSIM_API bool loadModelFile(const std::string &path, std::string *error);
 
-/* The next `count` requests of any entry point return `code` and change
- * nothing; they are still recorded. */
-CALSIM_API void injectFailure(int code, int count);
+/* After `skip` requests served as usual, the next `count` requests of any
+ * entry point return `code` and change nothing; they are still recorded.
+ * (skip 2, count 1: the third request from now fails.) */
+CALSIM_API void injectFailure(int code, int count, int skip = 0);
 
 /* The requests received so far (the most recent 10000), oldest first. */
 CALSIM_API std::vector<Request> requests();

@@ -67,7 +67,9 @@ int Emulator::request(Entry entry, MsgHeader *msg, std::string *error) {
 }
 
 int Emulator::serve(Entry entry, MsgHeader *msg, const Incoming &in, std::string *error) {
-  if (injectCount_ > 0) {
+  if (injectSkip_ > 0) {
+    --injectSkip_;
+  } else if (injectCount_ > 0) {
     --injectCount_;
     *error = "injected failure " + std::to_string(injectCode_);
     return injectCode_;
@@ -225,10 +227,11 @@ bool Emulator::loadFile(const std::string &path, std::string *error) {
   return ok;
 }
 
-void Emulator::injectFailure(int code, int count) {
+void Emulator::injectFailure(int code, int count, int skip) {
   std::lock_guard<std::mutex> lock(mutex_);
   injectCode_ = code;
   injectCount_ = count > 0 ? count : 0;
+  injectSkip_ = skip > 0 && injectCount_ > 0 ? skip : 0;
 }
 
 std::vector<Request> Emulator::requests() {
@@ -265,6 +268,7 @@ void Emulator::reset() {
   requests_.clear();
   injectCode_ = 0;
   injectCount_ = 0;
+  injectSkip_ = 0;
 }
 
 }  // namespace calsim

@@ -29,7 +29,7 @@ class Emulator {
 
   bool loadString(const std::string &text, const std::string &name, std::string *error);
   bool loadFile(const std::string &path, std::string *error);
-  void injectFailure(int code, int count);
+  void injectFailure(int code, int count, int skip);
   std::vector<Request> requests();
   void clearRequests();
   std::vector<std::string> journal();
@@ -58,6 +58,7 @@ class Emulator {
   std::deque<Request> requests_;
   int injectCode_ = 0;
   int injectCount_ = 0;
+  int injectSkip_ = 0;
   std::string failText_;  // CALTOFAL_FAIL as last parsed
   FailureMap failMap_;
   std::string failError_;  // why that text was refused

@@ -18,8 +18,17 @@
 namespace {
 
 std::atomic<long> g_liveAllocations{0};
-std::atomic<long> g_allocations{0};  // help_calloc calls so far
+std::atomic<long> g_allocations{0};  // allocations so far
 std::atomic<long> g_failAt{0};       // the call that returns NULL (0: none)
+
+// Counts an allocation (help_calloc or a node of the help_add* functions);
+// true for the one chosen to fail.
+bool allocationFails() {
+  long failAt = g_failAt.load(std::memory_order_relaxed);
+  if (g_allocations.fetch_add(1, std::memory_order_relaxed) + 1 != failAt) return false;
+  g_failAt.compare_exchange_strong(failAt, 0);
+  return true;
+}
 
 enum class Kind { Value, Attribute, Access, None };
 
@@ -141,11 +150,7 @@ void help_failAllocationAt(long n) {
 void *help_calloc(uint32_t count, uint32_t size, const char *file, uint32_t line) {
   (void)file;
   (void)line;
-  long failAt = g_failAt.load();
-  if (g_allocations.fetch_add(1) + 1 == failAt) {
-    g_failAt.compare_exchange_strong(failAt, 0);
-    return nullptr;
-  }
+  if (allocationFails()) return nullptr;
   if (size != 0 && static_cast<uint64_t>(count) > SIZE_MAX / size) return nullptr;
   const size_t total = static_cast<size_t>(count) * size;
   bool fresh = true;
@@ -269,7 +274,7 @@ void clearVisible(Node *node) {
 
 template <typename Node>
 Node *newNamedNode(const void *owner, const char *name) {
-  if (owner == nullptr) return nullptr;
+  if (owner == nullptr || allocationFails()) return nullptr;
   bool fresh = true;
   auto *node = static_cast<Node *>(helpsim::takeBlock(sizeof(Node), &fresh));
   if (node == nullptr) return nullptr;

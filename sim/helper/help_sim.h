@@ -12,7 +12,8 @@ extern "C" {
  * counted over the whole process. */
 __attribute__((visibility("default"))) long help_liveAllocations(void);
 
-/* help_calloc calls so far, over the whole process. */
+/* Allocations so far (help_calloc and the nodes of the help_add* functions),
+ * over the whole process. */
 __attribute__((visibility("default"))) long help_allocationCount(void);
 
 /* The n-th help_calloc from now returns NULL (node allocations of the

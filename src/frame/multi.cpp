@@ -87,10 +87,10 @@ int multiObj(const Variant &v, MsgHeader *message, const char *object, const cha
   const Keyword *sub = findKeyword(kSubOps, subOper);
   if (sub == nullptr) return unknownKeyword(v, v.unknownSubLine, subOper, object);
 
-  void *node = nullptr;
-  faltocal_FillObject(&node, message->pObjList, path, message->unMainOper, sub->code,
-                      SOPT_OBJVALUE);
-  addParams(node, message->unMainOper, filter, SOPT_OBJVALUE, count, args);
+  if (!addObject(message, path, message->unMainOper, sub->code, SOPT_OBJVALUE, filter, count,
+                 args)) {
+    return -1;
+  }
   if (deferred) return 0;
   return sender(message) == 0 ? 0 : sendFailed(v, v.sendFailLine, object);
 }
@@ -135,13 +135,13 @@ CALTOFAL_API int faltocal_SendMultiObj(uint8_t send, uint32_t listFlags, uint32_
   }
   const Keyword *sub = findKeyword(kSubOps, subOper);
   if (sub == nullptr) return -1;
-  void *node = nullptr;
-  faltocal_FillObject(&node, message->pObjList, object, message->unMainOper, sub->code, listFlags);
   va_list list;
   va_start(list, count);
   Args args(&list);
-  addParams(node, message->unMainOper, filter, listFlags, count, args);
+  const bool complete =
+      addObject(message, object, message->unMainOper, sub->code, listFlags, filter, count, args);
   va_end(list);
+  if (!complete) return -1;
   return send ? faltocal_sendQuery(message) : 0;
 }
 

@@ -47,27 +47,49 @@ int sendMainV(MsgHeader *message, const char *object, const char *mainOper, cons
   HELP_CREATE_OBJ(message, main->code, SOPT_OBJVALUE, owner);
   const Keyword *sub = findKeyword(kSubOps, subOper);
   if (sub == nullptr) return -1;
-  void *node = nullptr;
-  faltocal_FillObject(&node, message->pObjList, object, main->code, sub->code, SOPT_OBJVALUE);
   va_list list;
   va_copy(list, args);
   Args params(&list);
-  addParams(node, main->code, false, SOPT_OBJVALUE, count, params);
+  const bool complete =
+      addObject(message, object, main->code, sub->code, SOPT_OBJVALUE, false, count, params);
   va_end(list);
+  if (!complete) return -1;
   return sender(message) == 0 ? 0 : -1;
 }
 
-void addParams(void *node, uint32_t mainOper, bool pairs, uint32_t listFlags, int count,
-               Args &args) {
+bool addObject(MsgHeader *message, const char *object, uint32_t mainOper, uint32_t subOper,
+               uint32_t listFlags, bool pairs, int count, Args &args) {
+  void *node = nullptr;
+  const int filled =
+      faltocal_FillObject(&node, message->pObjList, object, mainOper, subOper, listFlags);
+  // A get has its node when its flags name a node kind; a set has one unless
+  // its sub-operation is refused.
+  const bool needsNode =
+      (mainOper == MOPT_GET && (listFlags & (SOPT_OBJVALUE_MASK | SOPT_OBJATTR)) != 0) ||
+      (mainOper == MOPT_SET && filled == 0);
+  bool complete = node != nullptr || !needsNode;
   for (int i = 0; i < count; ++i) {
     const char *name = args.next();
     if (mainOper == MOPT_SET || pairs) {
       const char *value = args.next();
-      if (node != nullptr) HELP_PARAM_SET(node, name, value);
+      if (node != nullptr) {
+        complete = help_addParamList(static_cast<ObjList *>(node), name, 0, value, 0) != nullptr &&
+                   complete;
+      }
     } else if (mainOper == MOPT_GET && node != nullptr) {
-      HELP_PARAM_GET(node, name, listFlags);
+      if (listFlags & SOPT_OBJVALUE_MASK) {
+        complete = help_addParamList(static_cast<ObjList *>(node), name, 0, nullptr, 0) != nullptr &&
+                   complete;
+      } else if (listFlags & SOPT_OBJATTR) {
+        complete = help_addParamAttrList(static_cast<ObjAttrList *>(node), name, 0, 0, 0, 0, 0, 0,
+                                         0, 0, 0) != nullptr &&
+                   complete;
+      } else {
+        HELP_PARAM_GET(node, name, listFlags);  // logs the wrong flags
+      }
     }
   }
+  return complete;
 }
 
 }  // namespace caltofal

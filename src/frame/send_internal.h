@@ -26,12 +26,15 @@ class Args {
   int index_ = 0;
 };
 
-// Adds `count` parameters to an object node: name/value pairs for a set or a
-// filter (`pairs`), names for a get (nodes of the kind `listFlags` selects);
-// for any other operation the names are read and passed over. Nothing is
-// added to a NULL node.
-void addParams(void *node, uint32_t mainOper, bool pairs, uint32_t listFlags, int count,
-               Args &args);
+// Adds the object to the message's list as faltocal_FillObject does, then
+// `count` parameters to it: name/value pairs for a set or a filter (`pairs`),
+// names for a get (nodes of the kind `listFlags` selects); for any other
+// operation the names are read and passed over (nothing is added without an
+// object node). False when a node the request needs could not be allocated
+// (the object of a get or of a set, or a parameter): such a request is never
+// sent.
+bool addObject(MsgHeader *message, const char *object, uint32_t mainOper, uint32_t subOper,
+               uint32_t listFlags, bool pairs, int count, Args &args);
 
 // The one-object request with its parameters as a va_list.
 int sendMainV(MsgHeader *message, const char *object, const char *mainOper, const char *subOper,
