@@ -4,33 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdio>
 #include <cstring>
 #include <string>
 
-#include "alloc_fail.h"
 #include "caltofal.h"
 #include "fake_os.h"
 #include "help_objlist.h"
 #include "help_sim.h"
-
-extern "C" void *__real_help_calloc(uint32_t count, uint32_t size, const char *file, uint32_t line);
-
-namespace {
-int g_failAt = 0;
-}  // namespace
-
-namespace wifitest {
-void failAllocation(int n) {
-  g_failAt = n;
-}
-}  // namespace wifitest
-
-extern "C" void *__wrap_help_calloc(uint32_t count, uint32_t size, const char *file,
-                                    uint32_t line) {
-  if (g_failAt > 0 && --g_failAt == 0) return nullptr;
-  return __real_help_calloc(count, size, file, line);
-}
+#include "wifi_fixture.h"
 
 namespace {
 
@@ -60,15 +41,14 @@ TEST(CreateMsg, EachKeywordGivesItsCodeAndAFreshValueList) {
 }
 
 TEST(CreateMsg, UnknownKeywordsLeaveTheHeaderAsItWas) {
-  for (const char *word : {"GET", "get ", "", "query", "set_only_db", "get_leaf_node", "fw"}) {
+  for (const char *word : {"GET", "get ", "", "query", "set_only_db", "get_leaf_node", "fw",
+                           static_cast<const char *>(nullptr)}) {
     MsgHeader header;
     std::memset(&header, 0x5a, sizeof header);
-    MsgHeader before = header;
+    const MsgHeader before = header;
     EXPECT_EQ(faltocal_create_msg(&header, word), -1) << word;
     EXPECT_EQ(std::memcmp(&header, &before, sizeof header), 0) << word;
   }
-  MsgHeader header{};
-  EXPECT_EQ(faltocal_create_msg(&header, nullptr), -1);
   EXPECT_EQ(faltocal_create_msg(nullptr, "get"), -1);
 }
 
@@ -85,19 +65,22 @@ TEST(CreateMsg, AFailedListAllocationIsLoggedAndStillSucceeds) {
     EXPECT_EQ(words(header), (Words{128, 4100, 32, 1, 0}));
     EXPECT_EQ(header.pObjList, nullptr);
     const std::string line = "faltocal{HELP_CREATE_OBJ, 102}: malloc failed\n";
+    using Syslog = std::vector<std::pair<int, std::string>>;
+    EXPECT_EQ(fakeos::syslogLines(), (logLevel < 2 ? Syslog{} : Syslog{{2, line}}));
+    const std::string out = fakeos::stdoutText();
     if (logLevel < 2) {
-      EXPECT_TRUE(fakeos::syslogLines().empty());
-      EXPECT_EQ(fakeos::stdoutText(), "");
+      EXPECT_EQ(out, "");
     } else {
-      EXPECT_EQ(fakeos::syslogLines(), (std::vector<std::pair<int, std::string>>{{2, line}}));
-      EXPECT_NE(fakeos::stdoutText().find("\033[31m"), std::string::npos);
-      EXPECT_NE(fakeos::stdoutText().find("[CRITICAL] " + line), std::string::npos);
+      EXPECT_NE(out.find("\033[31m"), std::string::npos);
+      EXPECT_NE(out.find("[CRITICAL] " + line), std::string::npos);
     }
   }
   unfaltocalLogType = type;
   unfaltocalLogLevel = level;
 }
 
+// The escaped text, checked against the stated capacity and the guard
+// bytes behind it.
 std::string escaped(const std::string &source) {
   std::string target(4 * source.size() + 1 + 16, '#');
   EXPECT_EQ(ConvSpecialChar_forUciCli(source.c_str(), &target[0]), 0);
@@ -107,40 +90,31 @@ std::string escaped(const std::string &source) {
   return target.substr(0, end);
 }
 
-TEST(UciEscape, EachSpecialCharacter) {
+TEST(UciEscape, EachSpecialCharacterAndWhatAShellReadsBack) {
   const std::pair<std::string, std::string> cases[] = {
       {"a\"b", "a\\\"b"},
-      {"it's", "it'\\''s"},
       {"\\", "\\\\"},
       {"", ""},
-      {"plain text 1.2", "plain text 1.2"},
+      {"My \"Home\" Net", "My \\\"Home\\\" Net"},
+      {"ends with \\", "ends with \\\\"},
+      {"a\\nb", "a\\\\nb"},
+      {"tab\there semi;colon & pipe | <x>", "tab\there semi;colon & pipe | <x>"},
+      // Not for a double-quoted word: the quote is escaped the single-quoted
+      // way, and a shell would still expand $ and `.
+      {"it's", "it'\\''s"},
       {"'\"\\'", "'\\''\\\"\\\\'\\''"},
-      {"$HOME `x`", "$HOME `x`"},  // only the three are touched
+      {"$HOME `x`", "$HOME `x`"},
   };
-  for (const auto &[source, target] : cases) EXPECT_EQ(escaped(source), target) << source;
+  for (const auto &[source, target] : cases) {
+    EXPECT_EQ(escaped(source), target) << source;
+    if (source.find_first_of("'$`") == std::string::npos) {
+      EXPECT_EQ(wifitest::shellOutput("printf %s \"" + target + "\""), source);
+    }
+  }
   char target[4] = "###";
   EXPECT_EQ(ConvSpecialChar_forUciCli(nullptr, target), 0);
   EXPECT_STREQ(target, "###");
   EXPECT_EQ(ConvSpecialChar_forUciCli("a", nullptr), 0);
-}
-
-// What a shell reads back from a double-quoted argument.
-std::string shellReads(const std::string &quotedBody) {
-  const std::string command = "/bin/sh -c 'printf %s \"$0\"' \"" + quotedBody + "\"";
-  std::string out;
-  FILE *pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) return "(no shell)";
-  char buf[256];
-  for (std::size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) > 0;) out.append(buf, n);
-  pclose(pipe);
-  return out;
-}
-
-TEST(UciEscape, AShellReadsTheTextBack) {
-  for (const std::string text : {"My \"Home\" Net", "back\\slash\\", "\\\"", "tab\there", "a\\nb",
-                                 "semi;colon & pipe | <x>", "ends with \\"}) {
-    EXPECT_EQ(shellReads(escaped(text)), text);
-  }
 }
 
 }  // namespace

@@ -4,86 +4,26 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <fstream>
-#include <regex>
-#include <sstream>
 #include <string>
-#include <vector>
 
 #include "calsim.h"
 #include "caltofal.h"
 #include "fake_os.h"
-#include "help_sim.h"
 #include "wifi_fixture.h"
-
-namespace wifitest {
-
-std::string readFile(const std::string &path) {
-  std::ifstream in(path);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-std::vector<std::string> rowsOf(const WifiParamTable &table) {
-  std::vector<std::string> rows;
-  for (int i = 0; i < table.count && i < 100; ++i) {
-    const WifiParamRow &r = table.rows[i];
-    rows.push_back(std::string(r.object) + " " + r.parameter + "=" + r.value);
-  }
-  return rows;
-}
-
-std::string console() {
-  static const std::regex line("(ZintuWifiUtil:|\\[\\w+ : |\\w+:)([0-9]+)");
-  return std::regex_replace(fakeos::console(), line, "$1#");
-}
-
-std::vector<std::string> requestLog() {
-  std::vector<std::string> log;
-  for (const calsim::Request &r : calsim::requests()) {
-    std::ostringstream out;
-    out << r.entry << " flags=0x" << std::hex << r.listFlags << std::dec;
-    for (const calsim::RequestObject &o : r.objects) {
-      out << " " << o.name << "(";
-      for (const auto &[name, value] : o.params)
-        out << " " << name << (value.empty() ? "" : "=") << value;
-      out << " )";
-    }
-    log.push_back(out.str());
-  }
-  return log;
-}
-
-void WifiTest::SetUp() {
-  calsim::reset();
-  fakeos::reset();
-  std::string error;
-  ASSERT_TRUE(calsim::loadModelString(readFile(std::string(WIFI_FIXTURES) + "/wifi.model"),
-                                      "wifi.model", &error))
-      << error;
-  live_ = help_liveAllocations();
-}
-
-void WifiTest::TearDown() {
-  EXPECT_EQ(help_liveAllocations(), live_) << "a message was left behind";
-  calsim::reset();
-}
-
-}  // namespace wifitest
 
 namespace {
 
 using wifitest::console;
+using wifitest::Lines;
 using wifitest::requestLog;
 using wifitest::rowsOf;
-using Rows = std::vector<std::string>;
+using wifitest::trace;
 
 class Snapshot : public wifitest::WifiTest {};
 
 // Rows of one object after another: "NAME=VALUE|NAME=VALUE..." per object.
-Rows rowsFor(std::initializer_list<std::pair<std::string, std::string>> objects) {
-  Rows rows;
+Lines rowsFor(std::initializer_list<std::pair<std::string, std::string>> objects) {
+  Lines rows;
   for (const auto &[object, params] : objects) {
     for (std::size_t at = 0, bar; at <= params.size(); at = bar + 1) {
       bar = params.find('|', at);
@@ -112,15 +52,13 @@ TEST_F(Snapshot, SsidRowsInAnswerOrderFromOneRequest) {
                       "RadiusServerIPAddr=|RadiusServerPort=1812|RadiusSecret=|"
                       "X_ZINTU_Wep_Encryption=WEP-64|X_ZINTU_Wep_KeyType=HEX"}}));
   EXPECT_EQ(requestLog(),
-            (Rows{"get flags=0x1100"
-                  " Device.WiFi.SSID.1( Enable X_ZINTU_Active SSID BSSID X_ZINTU_NetworkType )"
-                  " Device.WiFi.AccessPoint.1( SSIDAdvertisementEnabled IsolationEnable"
-                  " X_ZINTU_WebUIAccessPermit X_ZINTU_InternetOnly )"
-                  " Device.WiFi.AccessPoint.1.X_LANTIQ_COM_Vendor( MACAddressControlEnabled )"
-                  " Device.WiFi.AccessPoint.1.Security( )"}));
-  EXPECT_EQ(console(),
-            "[ZINTU VOLA FAL] (ZintuWifiUtil:#, GetSsIdInfoFromFapiToBuff) "
-            "START_FUNCTION \n");
+            (Lines{"get flags=0x1100"
+                   " Device.WiFi.SSID.1( Enable X_ZINTU_Active SSID BSSID X_ZINTU_NetworkType )"
+                   " Device.WiFi.AccessPoint.1( SSIDAdvertisementEnabled IsolationEnable"
+                   " X_ZINTU_WebUIAccessPermit X_ZINTU_InternetOnly )"
+                   " Device.WiFi.AccessPoint.1.X_LANTIQ_COM_Vendor( MACAddressControlEnabled )"
+                   " Device.WiFi.AccessPoint.1.Security( )"}));
+  EXPECT_EQ(console(), trace("GetSsIdInfoFromFapiToBuff", "START_FUNCTION \n"));
 }
 
 TEST_F(Snapshot, RadioKeepsNeitherNameNorChannelsInUse) {
@@ -148,54 +86,46 @@ TEST_F(Snapshot, RadioKeepsNeitherNameNorChannelsInUse) {
   EXPECT_EQ(objects[0].params.size(), 16u);
   EXPECT_EQ(objects[0].params[1].first, "Name");
   EXPECT_EQ(objects[2].params.size(), 9u);
-  EXPECT_EQ(console(),
-            "[ZINTU VOLA FAL] (ZintuWifiUtil:#, GetWireInfoFromFapiToBuff) START_FUNCTION \n"
-            "[ZINTU VOLA FAL] (ZintuWifiUtil:#, GetWireInfoFromFapiToBuff) return [0] \n");
-}
+  EXPECT_EQ(console(), trace("GetWireInfoFromFapiToBuff", "START_FUNCTION \n") +
+                           trace("GetWireInfoFromFapiToBuff", "return [0] \n"));
 
-TEST_F(Snapshot, TheOtherRadioReadsAccessPointNineAndAppends) {
-  WifiParamTable table{};
-  ASSERT_EQ(SetParam(&table, "earlier", "row", "kept"), 0);
+  // The other radio reads access point 9, and rows are appended.
+  table.count = 1;
   EXPECT_EQ(GetWireInfoFromFapiToBuff(2, &table), 0);
   EXPECT_EQ(rowsOf(table),
-            (Rows{"earlier row=kept", "Device.WiFi.Radio.2 Enable=false",
-                  "Device.WiFi.Radio.2 Channel=36", "Device.WiFi.AccessPoint.9 WMMEnable=false",
-                  "Device.WiFi.AccessPoint.9 X_ZINTU_WMMOption=AC_Gaming",
-                  "Device.WiFi.Radio.2.X_LANTIQ_COM_Vendor Dot11nProtection=Disabled"}));
+            (Lines{"Device.WiFi.Radio.1 Enable=true", "Device.WiFi.Radio.2 Enable=false",
+                   "Device.WiFi.Radio.2 Channel=36", "Device.WiFi.AccessPoint.9 WMMEnable=false",
+                   "Device.WiFi.AccessPoint.9 X_ZINTU_WMMOption=AC_Gaming",
+                   "Device.WiFi.Radio.2.X_LANTIQ_COM_Vendor Dot11nProtection=Disabled"}));
 }
 
 TEST_F(Snapshot, AFullTableLosesTheRestWithoutFailing) {
   WifiParamTable table{};
-  for (int i = 0; i < 97; ++i) ASSERT_EQ(SetParam(&table, "o", "p", "v"), 0);
+  table.count = 97;
   EXPECT_EQ(GetSsIdInfoFromFapiToBuff(1, &table), 0);
   EXPECT_EQ(table.count, 100);
   EXPECT_EQ(rowsOf(table).back(), "Device.WiFi.SSID.1 SSID=Zintu-5A3C");
 }
 
 TEST_F(Snapshot, AFailedRequestLeavesTheTableUntouched) {
-  for (int which : {1, 2}) {
+  for (bool ssid : {true, false}) {
+    const std::string function = ssid ? "GetSsIdInfoFromFapiToBuff" : "GetWireInfoFromFapiToBuff";
     fakeos::reset();
     WifiParamTable table, before;
     std::memset(&table, 0x33, sizeof table);
     table.count = 3;
     before = table;
     calsim::injectFailure(-5, 1);
-    const int rc =
-        which == 1 ? GetSsIdInfoFromFapiToBuff(1, &table) : GetWireInfoFromFapiToBuff(1, &table);
-    EXPECT_EQ(rc, -1);
+    EXPECT_EQ(ssid ? GetSsIdInfoFromFapiToBuff(1, &table) : GetWireInfoFromFapiToBuff(1, &table),
+              -1);
     EXPECT_EQ(std::memcmp(&table, &before, sizeof table), 0);
-    const std::string function =
-        which == 1 ? "GetSsIdInfoFromFapiToBuff" : "GetWireInfoFromFapiToBuff";
-    std::string expected = "[ZINTU VOLA FAL] (ZintuWifiUtil:#, " + function +
-                           ") START_FUNCTION \n"
-                           "[ZINTU VOLA FAL] (FaltoCal:#, faltocal_send_main_multi_obj) Failure : "
-                           "faltocal_sendQuery() of Device.WiFi." +
-                           (which == 1 ? "AccessPoint.1.Security" : "Radio.1.X_LANTIQ_COM_Vendor") +
-                           " \n\n\n\t[" + function +
-                           " : #] faltocal_send_main_multi_obj is Failure\n";
-    if (which == 2)
-      expected += "[ZINTU VOLA FAL] (ZintuWifiUtil:#, " + function + ") return [-1] \n";
-    EXPECT_EQ(console(), expected);
+    EXPECT_EQ(console(), trace(function, "START_FUNCTION \n") +
+                             "[ZINTU VOLA FAL] (FaltoCal:#, faltocal_send_main_multi_obj) Failure "
+                             ": faltocal_sendQuery() of Device.WiFi." +
+                             (ssid ? "AccessPoint.1.Security" : "Radio.1.X_LANTIQ_COM_Vendor") +
+                             " \n\n\n\t[" + function +
+                             " : #] faltocal_send_main_multi_obj is Failure\n" +
+                             (ssid ? "" : trace(function, "return [-1] \n")));
   }
   WifiParamTable table{};
   EXPECT_EQ(GetSsIdInfoFromFapiToBuff(5, &table), -1);  // no such SSID
@@ -212,20 +142,21 @@ TEST(SetParam, CutsEachTextAndHoldsAHundredRows) {
   EXPECT_EQ(table.rows[0].parameter, parameter.substr(0, 254));
   EXPECT_EQ(table.rows[0].value, value.substr(0, 126));
   EXPECT_EQ(table.rows[0].value[127], '\0');
-  for (int i = 1; i < 99; ++i) ASSERT_EQ(SetParam(&table, "o", "p", "v"), 0);
+  table.count = 99;
   EXPECT_EQ(SetParam(&table, "last", "p", "v"), 0);
   EXPECT_EQ(table.count, 100);
   const WifiParamTable full = table;
   EXPECT_EQ(SetParam(&table, "one", "more", "v"), -1);
   EXPECT_EQ(std::memcmp(&table, &full, sizeof table), 0);
-  WifiParamTable broken{};
-  broken.count = -1;
-  EXPECT_EQ(SetParam(&broken, "o", "p", "v"), -1);
+  table.count = -1;
+  EXPECT_EQ(SetParam(&table, "o", "p", "v"), -1);
+  WifiParamTable empty{};
   for (int nul = 0; nul < 4; ++nul) {
     const char *args[4] = {"o", "p", "v", "t"};
     args[nul] = nullptr;
-    EXPECT_EQ(SetParam(nul == 3 ? nullptr : &broken, args[0], args[1], args[2]), -1);
+    EXPECT_EQ(SetParam(nul == 3 ? nullptr : &empty, args[0], args[1], args[2]), -1);
   }
+  EXPECT_EQ(empty.count, 0);
 }
 
 }  // namespace
