@@ -78,8 +78,9 @@ bool addObject(MsgHeader *message, const char *object, uint32_t mainOper, uint32
       }
     } else if (mainOper == MOPT_GET && node != nullptr) {
       if (listFlags & SOPT_OBJVALUE_MASK) {
-        complete = help_addParamList(static_cast<ObjList *>(node), name, 0, nullptr, 0) != nullptr &&
-                   complete;
+        complete =
+            help_addParamList(static_cast<ObjList *>(node), name, 0, nullptr, 0) != nullptr &&
+            complete;
       } else if (listFlags & SOPT_OBJATTR) {
         complete = help_addParamAttrList(static_cast<ObjAttrList *>(node), name, 0, 0, 0, 0, 0, 0,
                                          0, 0, 0) != nullptr &&

@@ -56,7 +56,7 @@ std::string jsonEscaped(std::string_view text) {
 }
 
 std::string word(std::string_view text) {
-  bool plain = true;
+  bool plain = !text.empty();
   for (char c : text) plain = plain && isPlain(c);
   return plain ? std::string(text) : "'" + inSingleQuotes(text) + "'";
 }

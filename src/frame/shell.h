@@ -12,8 +12,10 @@ namespace caltofal::shell {
 // ^[A-Za-z0-9][A-Za-z0-9._-]{0,14}$
 bool isInterfaceName(const char *name);
 
-// The text as one shell word: unchanged when made only of [A-Za-z0-9._/:-]
-// (the empty text too), else in single quotes with each ' written '\''.
+// The text as one shell word: unchanged when made only of [A-Za-z0-9._/:-],
+// else in single quotes with each ' written '\''. The empty text is '': a
+// word that vanished would make the next one take its place (`cat  > t`
+// reads standard input).
 std::string word(std::string_view text);
 
 // The text for a place inside a single-quoted part of a command line: each

@@ -70,20 +70,23 @@ std::function<Outcome()> plain(std::function<int()> call) {
 
 const std::vector<FaultCase> &cases() {
   static const std::vector<FaultCase> all = {
-      {"GetSsIdInfoFromFapiToBuff(1)",
-       withRecord<WifiParamTable>([](WifiParamTable *t) { return GetSsIdInfoFromFapiToBuff(1, t); }),
+      {"GetSsIdInfoFromFapiToBuff(1)", withRecord<WifiParamTable>([](WifiParamTable *t) {
+         return GetSsIdInfoFromFapiToBuff(1, t);
+       }),
        -1, Allowed::FailureOrAnswer},
-      {"GetSsIdInfoFromFapiToBuff(9)",
-       withRecord<WifiParamTable>([](WifiParamTable *t) { return GetSsIdInfoFromFapiToBuff(9, t); }),
+      {"GetSsIdInfoFromFapiToBuff(9)", withRecord<WifiParamTable>([](WifiParamTable *t) {
+         return GetSsIdInfoFromFapiToBuff(9, t);
+       }),
        -1, Allowed::FailureOrAnswer},
-      {"GetWireInfoFromFapiToBuff(1)",
-       withRecord<WifiParamTable>([](WifiParamTable *t) { return GetWireInfoFromFapiToBuff(1, t); }),
+      {"GetWireInfoFromFapiToBuff(1)", withRecord<WifiParamTable>([](WifiParamTable *t) {
+         return GetWireInfoFromFapiToBuff(1, t);
+       }),
        -1, Allowed::FailureOrAnswer},
-      {"GetWireInfoFromFapiToBuff(2)",
-       withRecord<WifiParamTable>([](WifiParamTable *t) { return GetWireInfoFromFapiToBuff(2, t); }),
+      {"GetWireInfoFromFapiToBuff(2)", withRecord<WifiParamTable>([](WifiParamTable *t) {
+         return GetWireInfoFromFapiToBuff(2, t);
+       }),
        -1, Allowed::FailureOrAnswer},
-      {"faltocal_fromDB",
-       withRecord<WifiParamTable>([](WifiParamTable *changes) {
+      {"faltocal_fromDB", withRecord<WifiParamTable>([](WifiParamTable *changes) {
          SetParam(changes, "Device.WiFi.SSID.1", "SSID", "Garden");
          SetParam(changes, "Device.WiFi.Radio.1", "Channel", "6");
          caltofal::Message msg;
@@ -92,12 +95,12 @@ const std::vector<FaultCase> &cases() {
        -1, Allowed::FailureOrAnswer},
       {"GetAssociatedDeviceNumberOfEntries(1)",
        plain([] { return GetAssociatedDeviceNumberOfEntries(1); }), 0, Allowed::AtMostAnswer},
-      {"GetChannelList(wlan2)",
-       withRecord<WifiChannelList>(
-           [](WifiChannelList *list) { return GetChannelList("wlan2", 2, list); }),
+      {"GetChannelList(wlan2)", withRecord<WifiChannelList>([](WifiChannelList *list) {
+         return GetChannelList("wlan2", 2, list);
+       }),
        0, Allowed::AtMostAnswer},
-      {"GetEPEnable", withRecord<char[128]>([](char(*name)[128]) { return GetEPEnable(*name); }),
-       0, Allowed::FailureOrAnswer},
+      {"GetEPEnable", withRecord<char[128]>([](char(*name)[128]) { return GetEPEnable(*name); }), 0,
+       Allowed::FailureOrAnswer},
       {"ZINTU_meshgrove_check_is_enabled", plain(ZINTU_meshgrove_check_is_enabled), 0,
        Allowed::FailureOrAnswer},
       {"ZINTU_meshgrove_set_enable_value(1)",
@@ -139,8 +142,8 @@ TEST_F(Faults, EachRequestFailingInTurn) {
     EXPECT_GT(requests, 0) << c.name << " reaches the configuration layer";
     for (int code : {-1, -5, -202, -208}) {
       for (int i = 1; i <= requests; ++i) {
-        const std::string fault = "request " + std::to_string(i) + " fails with " +
-                                  std::to_string(code);
+        const std::string fault =
+            "request " + std::to_string(i) + " fails with " + std::to_string(code);
         calsim::injectFailure(code, 1, i - 1);
         const int rc = run(c, fault);
         calsim::injectFailure(0, 0);

@@ -125,8 +125,10 @@ TEST(SurveyFiles, LineCountsCombinationAndConfigs) {
   EXPECT_EQ(CombineScanResultFiles("/tmp/my scans", "/tmp/b;id", "/tmp/t"), 0);
   EXPECT_EQ(CombineScanResultFiles("/tmp/a", "", "/tmp/t"), 0);
   EXPECT_EQ(CombineScanResultFiles(nullptr, "/tmp/b", "/tmp/t"), 0);
+  EXPECT_EQ(CombineScanResultFiles("", "/tmp/b", "/tmp/t"), 0);
   EXPECT_EQ(fakeos::commands(),
-            Lines({joined, "cat '/tmp/my scans' > /tmp/t; cat '/tmp/b;id' >> /tmp/t"}));
+            Lines({joined, "cat '/tmp/my scans' > /tmp/t; cat '/tmp/b;id' >> /tmp/t",
+                   "cat '' > /tmp/t; cat /tmp/b >> /tmp/t"}));
 
   fakeos::reset();
   EXPECT_EQ(Remove_Confs_File(), 0);
