@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "sample_path.h"
 
@@ -23,9 +24,9 @@ const char *entryName(Entry entry) {
 }
 
 // The model file named by CALTOFAL_MODEL; empty when none is named.
-std::string modelPathFromEnvironment() {
+std::string_view modelPathFromEnvironment() {
   const char *path = getenv("CALTOFAL_MODEL");
-  return path != nullptr && path[0] != '\0' ? path : std::string();
+  return path != nullptr ? path : std::string_view();
 }
 
 std::string hex(uint32_t value) {
@@ -155,19 +156,19 @@ bool Emulator::ensureLoaded(std::string *error) {
     *error = loadError_;
     return false;
   }
-  std::string path = pinned_ ? source_ : modelPathFromEnvironment();
+  std::string_view path = pinned_ ? std::string_view(source_) : modelPathFromEnvironment();
   // Without a named model the bundled sample is served read-only: changes
   // stay in this process and the sample file is never written.
-  bool sample = path.empty();
+  const bool sample = path.empty();
   if (sample) path = sampleModelPath();
-  if (path == source_ && (live_ || !loadError_.empty()) && stampOf(path) == stamp_ &&
+  if (path == source_ && (live_ || !loadError_.empty()) && stampOf(source_) == stamp_ &&
       fileBacked_ == !sample) {
     if (live_) return true;
     *error = loadError_;
     return false;
   }
   if (sample) memoryJournal_.clear();
-  bool ok = loadFromFile(path, false, error);
+  bool ok = loadFromFile(std::string(path), false, error);
   if (sample) fileBacked_ = false;
   return ok;
 }

@@ -33,13 +33,18 @@ std::string libraryDir() {
 
 }  // namespace
 
-std::string sampleModelPath() {
-  std::string dir = libraryDir();
-  if (!dir.empty()) {
-    std::string installed = dir + "/" + CALTOFAL_INSTALLED_SAMPLE;
-    if (readableFile(installed)) return installed;
-  }
-  return CALTOFAL_SAMPLE_MODEL;
+const std::string &sampleModelPath() {
+  // The library does not move and its sample is installed with it: every
+  // request of a process without a named model asks, so look only once.
+  static const std::string path = [] {
+    std::string dir = libraryDir();
+    if (!dir.empty()) {
+      std::string installed = dir + "/" + CALTOFAL_INSTALLED_SAMPLE;
+      if (readableFile(installed)) return installed;
+    }
+    return std::string(CALTOFAL_SAMPLE_MODEL);
+  }();
+  return path;
 }
 
 }  // namespace calsim
