@@ -45,26 +45,72 @@ Emulator &Emulator::instance() {
 
 int Emulator::request(Entry entry, MsgHeader *msg, std::string *error) {
   std::lock_guard<std::mutex> lock(mutex_);
-  Incoming in = readMessage(msg);
+  readMessage(msg, &incoming_);
+  log(entry, msg, incoming_);  // as sent: an add renames its node
+  return serve(entry, msg, incoming_, error);
+}
 
-  Request logged;
-  logged.entry = entryName(entry);
+void Emulator::log(Entry entry, const MsgHeader *msg, const Incoming &in) {
+  Logged logged;
+  if (requests_.size() >= kMaxLoggedRequests) {
+    logged = std::move(requests_.front());
+    requests_.pop_front();
+  }
+  Request &header = logged.header;
+  header = Request{};
+  header.entry = entryName(entry);
   if (msg != nullptr) {
-    logged.hasMessage = true;
-    logged.mainOper = msg->unMainOper;
-    logged.listFlags = msg->unListFlags;
-    logged.owner = msg->unOwner;
-    logged.init = msg->unInit;
-    logged.reserved = msg->unReserved;
-    logged.hasList = msg->pObjList != nullptr;
+    header.hasMessage = true;
+    header.mainOper = msg->unMainOper;
+    header.listFlags = msg->unListFlags;
+    header.owner = msg->unOwner;
+    header.init = msg->unInit;
+    header.reserved = msg->unReserved;
+    header.hasList = msg->pObjList != nullptr;
+  }
+  size_t textSize = 0;
+  for (const InObject &object : in.objects) textSize += object.name.size();
+  for (const InParam &param : in.params) textSize += param.name.size() + param.value.size();
+  logged.texts.clear();
+  logged.texts.reserve(textSize);
+  logged.shape.clear();
+  logged.shape.reserve(3 * in.objects.size() + 2 * in.params.size());
+  for (const InObject &object : in.objects) {
+    logged.shape.insert(logged.shape.end(),
+                        {object.objOper, static_cast<uint32_t>(object.name.size()),
+                         static_cast<uint32_t>(object.count)});
+    logged.texts += object.name;
+    for (const InParam &param : in.paramsOf(object)) {
+      logged.shape.insert(logged.shape.end(), {static_cast<uint32_t>(param.name.size()),
+                                               static_cast<uint32_t>(param.value.size())});
+      logged.texts += param.name;
+      logged.texts += param.value;
+    }
   }
   requests_.push_back(std::move(logged));
-  if (requests_.size() > kMaxLoggedRequests) requests_.pop_front();
-  Request &entryLogged = requests_.back();
-  const int rc = serve(entry, msg, in, error);
-  // The objects as sent go to the log once the request no longer needs them.
-  entryLogged.objects = std::move(in.objects);
-  return rc;
+}
+
+Request Emulator::unpack(const Logged &logged) {
+  Request request = logged.header;
+  size_t at = 0;
+  auto text = [&](uint32_t size) {
+    std::string out = logged.texts.substr(at, size);
+    at += size;
+    return out;
+  };
+  for (size_t i = 0; i + 2 < logged.shape.size();) {
+    RequestObject object;
+    object.objOper = logged.shape[i];
+    object.name = text(logged.shape[i + 1]);
+    const uint32_t count = logged.shape[i + 2];
+    i += 3;
+    for (uint32_t p = 0; p < count && i + 1 < logged.shape.size(); ++p, i += 2) {
+      std::string name = text(logged.shape[i]);
+      object.params.emplace_back(std::move(name), text(logged.shape[i + 1]));
+    }
+    request.objects.push_back(std::move(object));
+  }
+  return request;
 }
 
 int Emulator::serve(Entry entry, MsgHeader *msg, const Incoming &in, std::string *error) {
@@ -237,7 +283,10 @@ void Emulator::injectFailure(int code, int count, int skip) {
 
 std::vector<Request> Emulator::requests() {
   std::lock_guard<std::mutex> lock(mutex_);
-  return std::vector<Request>(requests_.begin(), requests_.end());
+  std::vector<Request> out;
+  out.reserve(requests_.size());
+  for (const Logged &logged : requests_) out.push_back(unpack(logged));
+  return out;
 }
 
 void Emulator::clearRequests() {

@@ -45,6 +45,19 @@ class Emulator {
   bool loadFromFile(const std::string &path, bool keepDefaults, std::string *error);
   int set(Entry entry, const Incoming &in, std::string *error);
   void resetModel();
+  void log(Entry entry, const MsgHeader *msg, const Incoming &in);
+
+  // A request as logged: the header words, and its objects packed into one
+  // text and one list of numbers, so a request costs two allocations
+  // whatever its size (the oldest entry's are reused once the log is full).
+  struct Logged {
+    Request header;     // without objects
+    std::string texts;  // names and values back to back
+    // Per object: operation, name length, parameter count, then per
+    // parameter: name length, value length.
+    std::vector<uint32_t> shape;
+  };
+  static Request unpack(const Logged &logged);
 
   std::mutex mutex_;
   bool pinned_ = false;      // loaded through the test interface: no environment lookups
@@ -55,7 +68,8 @@ class Emulator {
   std::unique_ptr<Model> live_;
   std::unique_ptr<Model> defaults_;  // the model as loaded, once a set changed it
   std::vector<std::string> memoryJournal_;
-  std::deque<Request> requests_;
+  std::deque<Logged> requests_;
+  Incoming incoming_;  // the request being served; its capacity is kept
   int injectCode_ = 0;
   int injectCount_ = 0;
   int injectSkip_ = 0;

@@ -74,7 +74,7 @@ bool FailureMap::parse(std::string_view text, std::string *error) {
 }
 
 std::optional<std::pair<std::string, int>> FailureMap::match(const Incoming &in) const {
-  for (const RequestObject &r : in.objects) {
+  for (const InObject &r : in.objects) {
     std::string_view path = withoutDot(r.name);
     for (const auto &[failing, code] : entries_) {
       if (path == failing) return std::make_pair(failing, code);

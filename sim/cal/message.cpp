@@ -7,8 +7,8 @@
 namespace calsim {
 namespace {
 
-std::string field(const char *text, size_t capacity) {
-  return std::string(text, strnlen(text, capacity));
+std::string_view field(const char *text, size_t capacity) {
+  return std::string_view(text, strnlen(text, capacity));
 }
 
 }  // namespace
@@ -18,29 +18,31 @@ std::string_view withoutDot(std::string_view path) {
   return path;
 }
 
-Incoming readMessage(const MsgHeader *msg) {
-  Incoming in;
+void readMessage(const MsgHeader *msg, Incoming *in) {
+  in->objects.clear();
+  in->params.clear();
   if (msg == nullptr || msg->pObjList == nullptr || !(msg->unListFlags & SOPT_OBJVALUE_MASK)) {
-    return in;
+    return;
   }
   auto *head = static_cast<ObjList *>(msg->pObjList);
-  if (head->xOlist.next == nullptr) return in;
+  if (head->xOlist.next == nullptr) return;
   ObjList *obj;
   HELP_FOR_EACH_OBJ(head, obj) {
-    RequestObject r;
+    InObject r;
     r.name = field(obj->sObjName, sizeof obj->sObjName);
     r.objOper = obj->unObjOper;
+    r.node = obj;
+    r.first = in->params.size();
     if (obj->xParamList.next != nullptr) {
       ParamList *param;
       HELP_FOR_EACH_PARAM(obj, param) {
-        r.params.emplace_back(field(param->sParamName, sizeof param->sParamName),
-                              field(param->sParamValue, sizeof param->sParamValue));
+        in->params.push_back({field(param->sParamName, sizeof param->sParamName),
+                              field(param->sParamValue, sizeof param->sParamValue)});
       }
     }
-    in.objects.push_back(std::move(r));
-    in.nodes.push_back(obj);
+    r.count = in->params.size() - r.first;
+    in->objects.push_back(r);
   }
-  return in;
 }
 
 }  // namespace calsim

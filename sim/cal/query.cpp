@@ -20,9 +20,7 @@ struct Answer {
 
 GetKind kindOf(uint32_t flags, const Incoming &in) {
   bool anyValue = false;
-  for (const RequestObject &r : in.objects) {
-    for (const auto &[name, value] : r.params) anyValue = anyValue || !value.empty();
-  }
+  for (const InParam &p : in.params) anyValue = anyValue || !p.value.empty();
   if ((flags & SOPT_LEAFNODE) && anyValue) return GetKind::Filter;
   if ((flags & (SOPT_LEAFNODE | SOPT_TREE)) == (SOPT_LEAFNODE | SOPT_TREE)) return GetKind::Leaf;
   if (flags & SOPT_DEFVAL) return GetKind::Defaults;
@@ -30,11 +28,11 @@ GetKind kindOf(uint32_t flags, const Incoming &in) {
 }
 
 // The named parameters, first occurrence of each, without empty names.
-std::vector<std::string> namesOf(const RequestObject &r) {
-  std::vector<std::string> names;
-  for (const auto &[name, value] : r.params) {
-    if (!name.empty() && std::find(names.begin(), names.end(), name) == names.end()) {
-      names.push_back(name);
+std::vector<std::string_view> namesOf(Incoming::Params params) {
+  std::vector<std::string_view> names;
+  for (const InParam &p : params) {
+    if (!p.name.empty() && std::find(names.begin(), names.end(), p.name) == names.end()) {
+      names.push_back(p.name);
     }
   }
   return names;
@@ -42,7 +40,7 @@ std::vector<std::string> namesOf(const RequestObject &r) {
 
 // An answer with all parameters, or with those of `names` it has (in the
 // order asked); false when names were given and it has none of them.
-bool select(const Object *obj, const std::vector<std::string> &names, Answer *answer) {
+bool select(const Object *obj, const std::vector<std::string_view> &names, Answer *answer) {
   answer->object = obj;
   answer->params.clear();
   if (names.empty()) {
@@ -50,7 +48,7 @@ bool select(const Object *obj, const std::vector<std::string> &names, Answer *an
     for (const Param &p : obj->params) answer->params.push_back(&p);
     return true;
   }
-  for (const std::string &name : names) {
+  for (std::string_view name : names) {
     if (const Param *p = obj->find(name)) answer->params.push_back(p);
   }
   return !answer->params.empty();
@@ -58,11 +56,11 @@ bool select(const Object *obj, const std::vector<std::string> &names, Answer *an
 
 // Filter: every filter parameter's value begins with the filter's value
 // (case-sensitive, over the filter value's length); a missing one fails.
-bool matches(const Object *instance, const RequestObject &r) {
-  for (const auto &[name, value] : r.params) {
-    if (name.empty()) continue;
-    const Param *p = instance->find(name);
-    if (p == nullptr || p->value.compare(0, value.size(), value) != 0) return false;
+bool matches(const Object *instance, Incoming::Params filter) {
+  for (const InParam &f : filter) {
+    if (f.name.empty()) continue;
+    const Param *p = instance->find(f.name);
+    if (p == nullptr || p->value.compare(0, f.value.size(), f.value) != 0) return false;
   }
   return true;
 }
@@ -76,16 +74,16 @@ void addSubtree(const Model &model, const Object *top, std::vector<Answer> *answ
 }
 
 // Answers one request object; false when nothing at all was found for it.
-bool answerOne(GetKind kind, const Model &live, const Model &defaults, const RequestObject &r,
-               std::vector<Answer> *answers) {
-  std::string_view path = withoutDot(r.name);
-  std::vector<std::string> names = namesOf(r);
+bool answerOne(GetKind kind, const Model &live, const Model &defaults, std::string_view name,
+               Incoming::Params params, std::vector<Answer> *answers) {
+  std::string_view path = withoutDot(name);
+  std::vector<std::string_view> names = namesOf(params);
   Answer a;
   switch (kind) {
     case GetKind::Filter: {
       bool found = false;
       for (const Object *instance : live.instances(path)) {
-        if (!matches(instance, r)) continue;
+        if (!matches(instance, params)) continue;
         found = true;
         addSubtree(live, instance, answers);
       }
@@ -112,7 +110,7 @@ bool answerOne(GetKind kind, const Model &live, const Model &defaults, const Req
 
 std::string pathList(const Incoming &in) {
   std::string out;
-  for (const RequestObject &r : in.objects) {
+  for (const InObject &r : in.objects) {
     if (!out.empty()) out += ", ";
     out += withoutDot(r.name);
   }
@@ -130,8 +128,8 @@ int runGet(const Model &live, const Model &defaults, MsgHeader *msg, const Incom
   GetKind kind = kindOf(msg->unListFlags, in);
   std::vector<Answer> answers;
   bool found = false;
-  for (const RequestObject &r : in.objects) {
-    found = answerOne(kind, live, defaults, r, &answers) || found;
+  for (const InObject &r : in.objects) {
+    found = answerOne(kind, live, defaults, r.name, in.paramsOf(r), &answers) || found;
   }
   if (!found) {
     if (kind == GetKind::Filter) {
@@ -142,7 +140,7 @@ int runGet(const Model &live, const Model &defaults, MsgHeader *msg, const Incom
     return CAL_ERR_NO_OBJECT;
   }
 
-  help_emptyObjList(msg);
+  help_emptyObjList(msg);  // `in` saw these nodes: it is not read from here on
   auto *head = static_cast<ObjList *>(msg->pObjList);
   for (const Answer &a : answers) {
     ObjList *node = help_addObjList(head, a.object->path.c_str(), 0, 0, 0, 0);

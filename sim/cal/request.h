@@ -12,14 +12,41 @@
 
 namespace calsim {
 
-// The objects of a value-kind message with their nodes (same order).
-struct Incoming {
-  std::vector<RequestObject> objects;
-  std::vector<ObjList *> nodes;
+// A request as sent, read in place: every text is a view into the message's
+// nodes (bounded by its field), valid until the message's list changes.
+struct InParam {
+  std::string_view name;
+  std::string_view value;
 };
 
-// Reads a message's value list (nothing for other kinds or no list).
-Incoming readMessage(const MsgHeader *msg);
+struct InObject {
+  std::string_view name;
+  uint32_t objOper = 0;
+  ObjList *node = nullptr;
+  size_t first = 0;  // its parameters: Incoming::params[first, first + count)
+  size_t count = 0;
+};
+
+struct Incoming {
+  struct Params {
+    const InParam *from;
+    const InParam *to;
+    const InParam *begin() const { return from; }
+    const InParam *end() const { return to; }
+    bool empty() const { return from == to; }
+  };
+
+  std::vector<InObject> objects;
+  std::vector<InParam> params;
+
+  Params paramsOf(const InObject &object) const {
+    return {params.data() + object.first, params.data() + object.first + object.count};
+  }
+};
+
+// Reads a message's value list into `in` (nothing for other kinds or no
+// list); `in` keeps its capacity from one request to the next.
+void readMessage(const MsgHeader *msg, Incoming *in);
 
 // A request path without its one trailing dot.
 std::string_view withoutDot(std::string_view path);

@@ -96,6 +96,14 @@ Pairs uniqueParams(const Pairs &params) {
   return out;
 }
 
+// An object's parameters as owned texts (sets are rare and keep what they apply).
+Pairs pairsOf(const Incoming &in, const InObject &r) {
+  Pairs out;
+  out.reserve(r.count);
+  for (const InParam &p : in.paramsOf(r)) out.emplace_back(p.name, p.value);
+  return out;
+}
+
 std::string journalLine(const char *verb, std::string_view path, const Pairs &params) {
   std::string line = std::string(verb) + " " + std::string(path);
   for (const auto &[name, value] : params) line += " " + name + "=" + value;
@@ -112,12 +120,16 @@ int runSet(Model &model, const Incoming &in, std::vector<std::string> *journal,
   }
   // Instance numbers that adds of this message will take, per table.
   std::vector<std::pair<std::string, unsigned long>> nextNumber;
-  for (const RequestObject &r : in.objects) {
+  std::vector<Pairs> params;
+  params.reserve(in.objects.size());
+  for (const InObject &r : in.objects) params.push_back(pairsOf(in, r));
+  for (size_t i = 0; i < in.objects.size(); ++i) {
+    const InObject &r = in.objects[i];
     std::string_view path = withoutDot(r.name);
     int rc;
     switch (r.objOper) {
       case OBJOPT_MODIFY:
-        rc = checkModify(model, path, r.params, error);
+        rc = checkModify(model, path, params[i], error);
         break;
       case OBJOPT_ADD: {
         auto it = nextNumber.begin();
@@ -125,7 +137,7 @@ int runSet(Model &model, const Incoming &in, std::vector<std::string> *journal,
         if (it == nextNumber.end()) {
           it = nextNumber.emplace(nextNumber.end(), std::string(path), model.maxInstance(path));
         }
-        rc = checkAdd(path, r.params, ++it->second, error);
+        rc = checkAdd(path, params[i], ++it->second, error);
         break;
       }
       case OBJOPT_DEL:
@@ -140,25 +152,26 @@ int runSet(Model &model, const Incoming &in, std::vector<std::string> *journal,
   }
 
   for (size_t i = 0; i < in.objects.size(); ++i) {
-    const RequestObject &r = in.objects[i];
-    std::string_view path = withoutDot(r.name);
+    const InObject &r = in.objects[i];
+    // The name as sent: an add below renames its own node, not this one.
+    const std::string path(withoutDot(r.name));
     if (r.objOper == OBJOPT_MODIFY) {
       // An object deleted (or re-created) earlier in this message keeps what it has.
       if (Object *obj = model.find(path)) {
-        for (const auto &[name, value] : r.params) {
+        for (const auto &[name, value] : params[i]) {
           if (Param *param = obj->find(name)) model.setValue(*param, value);
         }
       }
-      journal->push_back(journalLine("set", path, r.params));
+      journal->push_back(journalLine("set", path, params[i]));
     } else if (r.objOper == OBJOPT_ADD) {
-      std::string added = std::string(path) + "." + std::to_string(model.maxInstance(path) + 1);
-      Pairs params = uniqueParams(r.params);
-      model.addInstance(path, added, params);
-      ObjList *node = in.nodes[i];
+      std::string added = path + "." + std::to_string(model.maxInstance(path) + 1);
+      Pairs unique = uniqueParams(params[i]);
+      model.addInstance(path, added, unique);
+      ObjList *node = r.node;
       size_t n = std::min(added.size(), sizeof node->sObjName - 1);
       memcpy(node->sObjName, added.data(), n);
       node->sObjName[n] = '\0';
-      journal->push_back(journalLine("add", added, params));
+      journal->push_back(journalLine("add", added, unique));
     } else {
       model.removeSubtree(path);
       journal->push_back(journalLine("del", path, {}));

@@ -3,6 +3,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 #include "caltofal.h"
 #include "help_objlist.h"
@@ -11,7 +12,11 @@ namespace caltofal {
 
 void copyCut(char *dst, std::size_t width, const char *src) {
   if (dst == nullptr || width == 0) return;
-  std::snprintf(dst, width, "%s", src != nullptr ? src : "");
+  // What snprintf(dst, width, "%s", src) writes, without its formatting
+  // machinery: the snapshots copy every value of a table this way.
+  const std::size_t n = src != nullptr ? strnlen(src, width - 1) : 0;
+  if (n > 0) std::memmove(dst, src, n);
+  dst[n] = '\0';
 }
 
 void formatCut(char *dst, std::size_t width, const char *format, ...) {
