@@ -1,7 +1,10 @@
 #include "emulator.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 
 #include "sample_path.h"
@@ -23,11 +26,25 @@ const char *entryName(Entry entry) {
   return "";
 }
 
-// The model file named by CALTOFAL_MODEL; empty when none is named.
-std::string_view modelPathFromEnvironment() {
-  const char *path = getenv("CALTOFAL_MODEL");
-  return path != nullptr ? path : std::string_view();
+}  // namespace
+
+// CALTOFAL_FAIL and CALTOFAL_MODEL as getenv finds them (the first of each),
+// in one pass over the environment: every request reads both.
+Emulator::Settings Emulator::settings() {
+  Settings found;
+  for (char **entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    const char *e = *entry;
+    if (e[0] != 'C' || std::strncmp(e, "CALTOFAL_", 9) != 0) continue;
+    if (found.fail == nullptr && std::strncmp(e + 9, "FAIL=", 5) == 0) {
+      found.fail = e + 14;
+    } else if (found.model == nullptr && std::strncmp(e + 9, "MODEL=", 6) == 0) {
+      found.model = e + 15;
+    }
+  }
+  return found;
 }
+
+namespace {
 
 std::string hex(uint32_t value) {
   char buf[16];
@@ -121,8 +138,9 @@ int Emulator::serve(Entry entry, MsgHeader *msg, const Incoming &in, std::string
     *error = "injected failure " + std::to_string(injectCode_);
     return injectCode_;
   }
-  if (int code = failureOnDemand(in, error); code != 0) return code;
-  if (!ensureLoaded(error)) return -1;
+  const Settings named = settings();
+  if (int code = failureOnDemand(in, named.fail, error); code != 0) return code;
+  if (!ensureLoaded(named.model, error)) return -1;
   if (msg == nullptr) {
     *error = "no message";
     return -1;
@@ -143,7 +161,9 @@ int Emulator::serve(Entry entry, MsgHeader *msg, const Incoming &in, std::string
     return -1;
   }
   // Until the first set the model is as loaded: it answers defaults gets too.
-  if (entry == Entry::Get) return runGet(*live_, defaults_ ? *defaults_ : *live_, msg, in, error);
+  if (entry == Entry::Get) {
+    return runGet(*live_, defaults_ ? *defaults_ : *live_, msg, in, &getWork_, error);
+  }
   return set(entry, in, error);
 }
 
@@ -178,8 +198,7 @@ int Emulator::set(Entry entry, const Incoming &in, std::string *error) {
   return 0;
 }
 
-int Emulator::failureOnDemand(const Incoming &in, std::string *error) {
-  const char *text = getenv("CALTOFAL_FAIL");
+int Emulator::failureOnDemand(const Incoming &in, const char *text, std::string *error) {
   if (text == nullptr) text = "";
   if (failText_ != text) {
     failText_ = text;
@@ -196,13 +215,15 @@ int Emulator::failureOnDemand(const Incoming &in, std::string *error) {
   return hit->second;
 }
 
-bool Emulator::ensureLoaded(std::string *error) {
+bool Emulator::ensureLoaded(const char *named, std::string *error) {
   if (pinned_ && !fileBacked_) {
     if (live_) return true;
     *error = loadError_;
     return false;
   }
-  std::string_view path = pinned_ ? std::string_view(source_) : modelPathFromEnvironment();
+  std::string_view path = pinned_            ? std::string_view(source_)
+                          : named != nullptr ? std::string_view(named)
+                                             : std::string_view();
   // Without a named model the bundled sample is served read-only: changes
   // stay in this process and the sample file is never written.
   const bool sample = path.empty();
@@ -297,7 +318,7 @@ void Emulator::clearRequests() {
 std::vector<std::string> Emulator::journal() {
   std::lock_guard<std::mutex> lock(mutex_);
   std::string ignored;
-  ensureLoaded(&ignored);
+  ensureLoaded(settings().model, &ignored);
   if (fileBacked_) return readLines(source_ + ".journal");
   return memoryJournal_;
 }
@@ -305,7 +326,7 @@ std::vector<std::string> Emulator::journal() {
 std::optional<std::string> Emulator::value(const std::string &path, const std::string &param) {
   std::lock_guard<std::mutex> lock(mutex_);
   std::string ignored;
-  if (!ensureLoaded(&ignored)) return std::nullopt;
+  if (!ensureLoaded(settings().model, &ignored)) return std::nullopt;
   const Object *obj = live_->find(withoutDot(path));
   const Param *p = obj != nullptr ? obj->find(param) : nullptr;
   if (p == nullptr) return std::nullopt;

