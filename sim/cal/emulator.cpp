@@ -93,13 +93,13 @@ void Emulator::log(Entry entry, const MsgHeader *msg, const Incoming &in) {
   logged.shape.clear();
   logged.shape.reserve(3 * in.objects.size() + 2 * in.params.size());
   for (const InObject &object : in.objects) {
-    logged.shape.insert(logged.shape.end(),
-                        {object.objOper, static_cast<uint32_t>(object.name.size()),
-                         static_cast<uint32_t>(object.count)});
+    logged.shape.push_back(object.objOper);
+    logged.shape.push_back(static_cast<uint32_t>(object.name.size()));
+    logged.shape.push_back(static_cast<uint32_t>(object.count));
     logged.texts += object.name;
     for (const InParam &param : in.paramsOf(object)) {
-      logged.shape.insert(logged.shape.end(), {static_cast<uint32_t>(param.name.size()),
-                                               static_cast<uint32_t>(param.value.size())});
+      logged.shape.push_back(static_cast<uint32_t>(param.name.size()));
+      logged.shape.push_back(static_cast<uint32_t>(param.value.size()));
       logged.texts += param.name;
       logged.texts += param.value;
     }

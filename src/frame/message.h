@@ -75,7 +75,8 @@ inline ParamRange paramsOf(ObjList *obj) {
 
 // Names compared over at most 256 characters, exactly.
 inline bool sameName(const char *a, const char *b) {
-  return std::strncmp(a, b, 256) == 0;
+  // Most names compared differ at once: the first character decides them.
+  return a[0] == b[0] && std::strncmp(a, b, 256) == 0;
 }
 
 // snprintf(dst, width, "%s", src): at most width-1 characters and a NUL.

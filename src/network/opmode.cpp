@@ -66,7 +66,7 @@ CALTOFAL_API int32_t ZintuGet_DefGw(ZintuWanInfo *info) noexcept {
   }
   forEachParam(msg, [&](ObjList *, ParamList *param) {
     for (const DefGwField &f : kDefGwFields) {
-      if (std::strcmp(param->sParamName, f.param) == 0) {
+      if (sameName(param->sParamName, f.param)) {
         copyChars(reinterpret_cast<char *>(info) + f.offset, f.width, param->sParamValue);
       }
     }
