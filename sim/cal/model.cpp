@@ -157,8 +157,8 @@ unsigned long Model::maxInstance(std::string_view table) const {
   return max;
 }
 
-LineIt Model::appendLine(std::string text, std::string eol) {
-  return lines_.insert(lines_.end(), Line{std::move(text), std::move(eol)});
+LineIt Model::appendLine(std::string text, const char *eol) {
+  return lines_.insert(lines_.end(), Line{std::move(text), eol});
 }
 
 Object *Model::appendObject(std::string path, LineIt header) {
@@ -173,9 +173,17 @@ Object *Model::appendObject(std::string path, LineIt header) {
   return raw;
 }
 
-void Model::appendParam(Object &obj, std::string name, std::string value, LineIt line) {
-  obj.params.push_back(Param{std::move(name), std::move(value), line});
-  obj.last = line;
+void Model::appendParams(Object &obj, std::vector<Param> *params) {
+  if (params->empty()) return;
+  obj.params.reserve(obj.params.size() + params->size());
+  for (Param &p : *params) obj.params.push_back(std::move(p));
+  obj.last = obj.params.back().line;
+}
+
+int Model::lineNumber(LineIt line) {
+  int number = 1;
+  for (auto it = lines_.begin(); it != lines_.end() && it != line; ++it) ++number;
+  return number;
 }
 
 void Model::setValue(Param &param, std::string value) {
@@ -233,11 +241,11 @@ Object &Model::addInstance(std::string_view table, const std::string &path,
   obj->order = orderAfter(anchor);
   if (hasText_) {
     LineIt pos = lines_.end();
-    std::string eol = "\n";
+    const char *eol = "\n";
     LineIt before = anchor != nullptr ? anchor->last
                                       : (lines_.empty() ? lines_.end() : std::prev(lines_.end()));
     if (before != lines_.end()) {
-      if (before->eol.empty()) before->eol = "\n";
+      if (before->eol[0] == '\0') before->eol = "\n";
       eol = before->eol;
       pos = std::next(before);
       lines_.insert(pos, Line{"", eol});

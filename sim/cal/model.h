@@ -18,7 +18,7 @@ constexpr size_t kMaxValueLength = 1023;
 // One line of the model text, without its line end.
 struct Line {
   std::string text;
-  std::string eol;  // "\n", "\r\n", or "" for a last line without one
+  const char *eol;  // "\n", "\r\n", or "" for a last line without one (literals)
 };
 using LineList = std::list<Line>;
 using LineIt = LineList::iterator;
@@ -63,9 +63,12 @@ class Model {
   unsigned long maxInstance(std::string_view table) const;
 
   // Building from a model text: lines in order, objects in order.
-  LineIt appendLine(std::string text, std::string eol);
+  LineIt appendLine(std::string text, const char *eol);
   Object *appendObject(std::string path, LineIt header);  // nullptr when a duplicate
-  void appendParam(Object &obj, std::string name, std::string value, LineIt line);
+  // Moves `params` (their lines already appended) to the end of the object's.
+  void appendParams(Object &obj, std::vector<Param> *params);
+  // The 1-based number of a line of the text (counted: for messages only).
+  int lineNumber(LineIt line);
 
   // Changes, kept in the model text too.
   void setValue(Param &param, std::string value);

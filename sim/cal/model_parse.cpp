@@ -7,7 +7,8 @@
 //   Alias = "  quoted \" value  "   (escapes \" and \\ only)
 
 #include <string>
-#include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 #include "model.h"
 
@@ -66,14 +67,14 @@ class Parser {
     size_t pos = 0;
     while (pos < text.size()) {
       size_t end = text.find('\n', pos);
-      std::string eol = "\n";
+      const char *eol = "\n";
       if (end == std::string_view::npos) {
         end = text.size();
-        eol.clear();
+        eol = "";
       }
       std::string_view content = text.substr(pos, end - pos);
-      pos = end + eol.size();
-      if (!eol.empty() && !content.empty() && content.back() == '\r') {
+      pos = end + (eol[0] != '\0' ? 1 : 0);
+      if (eol[0] != '\0' && !content.empty() && content.back() == '\r') {
         content.remove_suffix(1);
         eol = "\r\n";
       }
@@ -84,12 +85,13 @@ class Parser {
         return nullptr;
       }
     }
+    closeObject();
     return std::move(model_);
   }
 
  private:
-  bool line(std::string_view content, std::string eol, std::string *reason) {
-    LineIt it = model_->appendLine(std::string(content), std::move(eol));
+  bool line(std::string_view content, const char *eol, std::string *reason) {
+    LineIt it = model_->appendLine(std::string(content), eol);
     if (content.find('\0') != std::string_view::npos) {
       *reason = "line contains a NUL character";
       return false;
@@ -118,14 +120,13 @@ class Parser {
       *reason = "malformed section header: bad object path '" + path + "'";
       return false;
     }
-    auto [seen, fresh] = objectLines_.emplace(path, lineNo_);
-    if (!fresh) {
-      *reason =
-          "duplicate object " + path + " (first at line " + std::to_string(seen->second) + ")";
+    if (const Object *seen = model_->find(path)) {
+      *reason = "duplicate object " + path + " (first at line " +
+                std::to_string(model_->lineNumber(seen->header)) + ")";
       return false;
     }
-    current_ = model_->appendObject(path, it);
-    paramLines_.clear();
+    closeObject();
+    current_ = model_->appendObject(std::move(path), it);
     return true;
   }
 
@@ -155,22 +156,50 @@ class Parser {
       *reason = "value longer than 1023 characters";
       return false;
     }
-    auto [seen, fresh] = paramLines_.emplace(std::string(name), lineNo_);
-    if (!fresh) {
+    if (const Param *seen = pendingParam(name)) {
       *reason = "duplicate parameter " + std::string(name) + " in " + current_->path +
-                " (first at line " + std::to_string(seen->second) + ")";
+                " (first at line " + std::to_string(model_->lineNumber(seen->line)) + ")";
       return false;
     }
-    model_->appendParam(*current_, std::string(name), std::move(value), it);
+    pending_.push_back(Param{std::string(name), std::move(value), it});
+    pendingNames_.push_back(name);
+    if (pendingNames_.size() > kScanned) {
+      if (manyNames_.empty()) {
+        manyNames_.insert(pendingNames_.begin(), pendingNames_.end());
+      } else {
+        manyNames_.insert(name);
+      }
+    }
     return true;
   }
+
+  // The current object's parameter of that name, if it has one already. A
+  // short list is scanned; a long one is looked up in a set of its names.
+  const Param *pendingParam(std::string_view name) const {
+    if (pendingNames_.size() > kScanned && manyNames_.count(name) == 0) return nullptr;
+    for (size_t i = 0; i < pendingNames_.size(); ++i) {
+      if (pendingNames_[i] == name) return &pending_[i];
+    }
+    return nullptr;
+  }
+
+  // The current object gets its parameters at once, in one allocation.
+  void closeObject() {
+    if (current_ != nullptr) model_->appendParams(*current_, &pending_);
+    pending_.clear();
+    pendingNames_.clear();
+    manyNames_.clear();
+  }
+
+  static constexpr size_t kScanned = 32;
 
   const std::string &name_;
   std::unique_ptr<Model> model_;
   Object *current_ = nullptr;
   int lineNo_ = 0;
-  std::unordered_map<std::string, int> objectLines_;
-  std::unordered_map<std::string, int> paramLines_;
+  std::vector<Param> pending_;                  // the current object's parameters
+  std::vector<std::string_view> pendingNames_;  // their names, in the model text
+  std::unordered_set<std::string_view> manyNames_;
 };
 
 }  // namespace
