@@ -85,11 +85,14 @@ CALTOFAL_API int GetDeviceID(const char *identifier) noexcept {
 }
 
 CALTOFAL_API int zintu_scapi_getMacFromFile(const char *interfaceName, char *macOut) noexcept {
-  if (interfaceName == nullptr || macOut == nullptr) return -1;
   os::Stream *file = os::openFile(kNextMacFile, "ab+");
   if (file == nullptr) {
     traceAt("zintu_scapi_getMacFromFile", 1240);
     PRINT_TO_CONSOLE("fopen is Failure\n");
+    return -1;
+  }
+  if (interfaceName == nullptr) {  // the key is made from it
+    os::close(file);
     return -1;
   }
   char key[32];
@@ -113,6 +116,10 @@ CALTOFAL_API int zintu_scapi_getMacFromFile(const char *interfaceName, char *mac
   if (mac == nullptr) {
     traceAt("zintu_scapi_getMacFromFile", 1260);
     PRINT_TO_CONSOLE("strtok_r is Failure\n");
+    os::close(file);
+    return -1;
+  }
+  if (macOut == nullptr) {  // found, with nowhere to copy it
     os::close(file);
     return -1;
   }

@@ -51,18 +51,22 @@ CALTOFAL_API MsgHeader *faltocal_createMessage(uint32_t mainOper, uint32_t listF
   return header;
 }
 
+// Without `outNode` a get or a set still adds its node (the message owns it)
+// but cannot hand it back: -1. Other operations add nothing either way.
 CALTOFAL_API int faltocal_FillObject(void **outNode, void *listHead, const char *objectName,
                                      uint32_t mainOper, uint32_t subOper,
                                      uint32_t listFlags) noexcept {
-  if (outNode == nullptr) return -1;
   if (mainOper == MOPT_GET) {
     void *node = HELP_OBJECT_GET(listHead, objectName, listFlags);
+    if (outNode == nullptr) return -1;
     *outNode = node;
     return node != nullptr ? 0 : -1;
   }
   if (mainOper == MOPT_SET) {
     if (subOper != OBJOPT_ADD && subOper != OBJOPT_DEL && subOper != OBJOPT_MODIFY) return -1;
-    *outNode = help_addObjList(static_cast<ObjList *>(listHead), objectName, 0, 0, subOper, 0);
+    void *node = help_addObjList(static_cast<ObjList *>(listHead), objectName, 0, 0, subOper, 0);
+    if (outNode == nullptr) return -1;
+    *outNode = node;
     return 0;
   }
   return 0;
@@ -75,7 +79,8 @@ CALTOFAL_API int faltocal_FillParam(void **node, uint32_t mainOper, const char *
                      "faltocal_FillParam", 120);
     return -1;
   }
-  if (node == nullptr) return -1;
+  // A get or a set adds to the node; other operations add nothing.
+  if (node == nullptr && (mainOper == MOPT_SET || mainOper == MOPT_GET)) return -1;
   if (mainOper == MOPT_SET) {
     HELP_PARAM_SET(*node, paramName, value);
   } else if (mainOper == MOPT_GET) {

@@ -115,15 +115,15 @@ CALTOFAL_API int faltocal_send_main_multi_obj(MsgHeader *message, const char *ob
 CALTOFAL_API int faltocal_send_main_multi_obj_No_variable(MsgHeader *message, const char *object,
                                                           const char *mainOper, const char *subOper,
                                                           int count, const char **params) noexcept {
-  if (count > 0 && params == nullptr) return -1;
   return multiObj(kNoVariable, message, object, mainOper, subOper, count, Args(params));
 }
 
 CALTOFAL_API int faltocal_SendMultiObj(uint8_t send, uint32_t listFlags, uint32_t owner,
                                        MsgHeader *message, const char *object, const char *mainOper,
                                        const char *subOper, int count, ...) noexcept {
-  if (message == nullptr || object == nullptr) return -1;
+  if (object == nullptr) return -1;
   if (std::strncmp(object, "query", 256) == 0) return send ? faltocal_sendQuery(message) : 0;
+  if (message == nullptr) return -1;
   bool filter = false;
   if (message->pObjList == nullptr) {
     // The one-object keywords, and the filtered get.

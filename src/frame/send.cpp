@@ -68,6 +68,7 @@ bool addObject(MsgHeader *message, const char *object, uint32_t mainOper, uint32
       (mainOper == MOPT_GET && (listFlags & (SOPT_OBJVALUE_MASK | SOPT_OBJATTR)) != 0) ||
       (mainOper == MOPT_SET && filled == 0);
   bool complete = node != nullptr || !needsNode;
+  if (count > 0 && args.missing()) return false;
   for (int i = 0; i < count; ++i) {
     const char *name = args.next();
     if (mainOper == MOPT_SET || pairs) {

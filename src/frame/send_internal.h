@@ -10,11 +10,13 @@ namespace caltofal {
 
 using Sender = int (*)(MsgHeader *);
 
-// Where a request's parameters come from: variable arguments or an array.
+// Where a request's parameters come from: variable arguments or an array
+// (a NULL array holds none).
 class Args {
  public:
   explicit Args(va_list *list) : list_(list) {}
   explicit Args(const char **array) : array_(array) {}
+  bool missing() const { return list_ == nullptr && array_ == nullptr; }
   const char *next() {
     if (list_ != nullptr) return va_arg(*list_, const char *);
     return array_[index_++];
@@ -31,7 +33,8 @@ class Args {
 // names for a get (nodes of the kind `listFlags` selects); for any other
 // operation the names are read and passed over (nothing is added without an
 // object node). False when a node the request needs could not be allocated
-// (the object of a get or of a set, or a parameter): such a request is never
+// (the object of a get or of a set, or a parameter), or when there are
+// parameters to read and no array to read them from: such a request is never
 // sent.
 bool addObject(MsgHeader *message, const char *object, uint32_t mainOper, uint32_t subOper,
                uint32_t listFlags, bool pairs, int count, Args &args);

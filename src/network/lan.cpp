@@ -100,18 +100,29 @@ bool takeAddress(LANv6Info &info, const RecordField &field, std::string_view val
   return true;
 }
 
-void walkV4(const Message &msg, LANv4Info &info) {
+// Fills the record from the answer. Without a record nothing is stored: false
+// where the first value would have been.
+bool walkV4(const Message &msg, LANv4Info *info) {
   for (ObjList *obj : objectsOf(msg)) {
     const FieldGroup *g = groupOf(obj, kV4Groups);
     if (g == nullptr) continue;
     for (ParamList *param : paramsOf(obj)) {
-      putNamed(&info, *g, param, [](const RecordField &, const char *) {});
+      if (info == nullptr) {
+        if (storesNamed(*g, param, [](const RecordField &, const char *) { return false; })) {
+          return false;
+        }
+        continue;
+      }
+      putNamed(info, *g, param, [](const RecordField &, const char *) {});
     }
   }
+  return true;
 }
 
-// Fills the record from the answer; true when an address was found.
-bool walkV6(const Message &msg, LANv6Info &info) {
+// Fills the record from the answer and notes each object it does not know;
+// true when an address was found. Without a record nothing is stored: the
+// walk ends where the first value would have been.
+bool walkV6(const Message &msg, LANv6Info *info) {
   bool addressFound = false;
   for (ObjList *obj : objectsOf(msg)) {
     const FieldGroup *g = groupOf(obj, kV6Groups);
@@ -121,12 +132,21 @@ bool walkV6(const Message &msg, LANv6Info &info) {
       continue;
     }
     for (ParamList *param : paramsOf(obj)) {
-      putNamed(&info, *g, param, [&](const RecordField &field, const char *value) {
+      if (info == nullptr) {
+        // The manual prefix is always taken, an address of two characters or more.
+        if (storesNamed(*g, param, [](const RecordField &field, const char *value) {
+              return field.offset != offsetof(LANv6Info, sIPv6Address) || std::strlen(value) >= 2;
+            })) {
+          return false;
+        }
+        continue;
+      }
+      putNamed(info, *g, param, [&](const RecordField &field, const char *value) {
         if (field.offset == offsetof(LANv6Info, sIPv6Address)) {
-          addressFound = takeAddress(info, field, value) || addressFound;
+          addressFound = takeAddress(*info, field, value) || addressFound;
         } else {
-          putField(&info, asText(field), value);
-          info.nManualPrefixLength = 64;
+          putField(info, asText(field), value);
+          info->nManualPrefixLength = 64;
         }
       });
     }
@@ -147,9 +167,9 @@ void synthesiseAddress(LANv6Info &info) {
 
 extern "C" {
 
+// Without a record the requests and their traces still run; -1 comes where
+// the first value would be stored, or the summary would print the record.
 CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info) noexcept {
-  if (pxLANv4Info == nullptr) return -1;
-  LANv4Info &info = *pxLANv4Info;
   traceTag(kUnitNetwork, __LINE__, kLanv4);
   PRINT_TO_CONSOLE("START_FUNCTION : FAL \n");
 
@@ -172,7 +192,7 @@ CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info) noexcept {
     PRINT_TO_CONSOLE("%s", kMultiFailure);
     return -1;
   }
-  walkV4(msg, info);
+  if (!walkV4(msg, pxLANv4Info)) return -1;
 
   msg.release();
   int rc = faltocal_SendMultiObj(1, 256, 2, msg.get(), "Device.DHCPv4.Server.", "get", "get", 1,
@@ -182,6 +202,8 @@ CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info) noexcept {
     PRINT_TO_CONSOLE("faltocal_SendMultiObj is Failure \n");
     return -1;
   }
+  if (pxLANv4Info == nullptr) return -1;
+  LANv4Info &info = *pxLANv4Info;
   // The server-wide switch overrides the pool's.
   for (ObjList *obj : objectsOf(msg)) {
     if (std::strstr(obj->sObjName, "Device.DHCPv4.Server") == nullptr) continue;
@@ -200,9 +222,9 @@ CALTOFAL_API int32_t ZintuGet_LANv4Info(LANv4Info *pxLANv4Info) noexcept {
   return rc;
 }
 
+// Without a record the requests and their traces still run; -1 comes where
+// the first value would be stored, or else the address would be made up.
 CALTOFAL_API int32_t ZintuGet_LANv6Info(LANv6Info *pxLANv6Info) noexcept {
-  if (pxLANv6Info == nullptr) return -1;
-  LANv6Info &info = *pxLANv6Info;
   traceTag(kUnitNetwork, __LINE__, kLanv6);
   PRINT_TO_CONSOLE("START_FUNCTION : FAL \n");
 
@@ -226,7 +248,10 @@ CALTOFAL_API int32_t ZintuGet_LANv6Info(LANv6Info *pxLANv6Info) noexcept {
       return -1;
     }
   }
-  if (!walkV6(msg, info)) synthesiseAddress(info);
+  const bool addressFound = walkV6(msg, pxLANv6Info);
+  if (pxLANv6Info == nullptr) return -1;
+  LANv6Info &info = *pxLANv6Info;
+  if (!addressFound) synthesiseAddress(info);
 
   traceTag(kUnitNetwork, __LINE__, kLanv6);
   PRINT_TO_CONSOLE(

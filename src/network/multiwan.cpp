@@ -89,7 +89,8 @@ int32_t wanKind(const char *interface) {
   return 1;
 }
 
-// The interface's Linux name into `ifName`; the result of the lookup.
+// The interface's Linux name into `ifName`; the result of the lookup. A name
+// found for a NULL `ifName` gives -1.
 int findWanIfName(Message &msg, char *ifName) {
   ZintuWanInfo wan{};
   ZintuGet_DefGw(&wan);
@@ -109,6 +110,7 @@ int findWanIfName(Message &msg, char *ifName) {
     const char *name = nullptr;
     if (zintu_GetParamFromObjUnit(obj, "Name", &name) != 0) continue;
     if (isEmpty(name)) break;
+    if (ifName == nullptr) return -1;
     copyCut(ifName, 128, name);
     return 0;
   }
@@ -127,13 +129,13 @@ int32_t bridgeSwitch(ObjList *obj) {
 extern "C" {
 
 CALTOFAL_API int32_t ZintuGet_MultiWanInfo(ZintuMultiWanInfo *info) noexcept {
-  if (info == nullptr) return -1;
   Message msg;
   if (getObjectTraced(msg, "Device.X_LANTIQ_COM_Multiwan.", "ZintuGet_MultiWanInfo", 1875,
                       "faltocal_send_main is Failure\n") != 0) {
     return -1;
   }
   MultiwanValues v = readMultiwan(msg);
+  if (info == nullptr) return -1;  // every answer is written into the record
   if (v.enabled == nullptr) {
     info->nEnabled = -1;
     return 0;
@@ -152,7 +154,6 @@ CALTOFAL_API int32_t ZintuGet_MultiWanInfo(ZintuMultiWanInfo *info) noexcept {
 }
 
 CALTOFAL_API int32_t zintu_GetWanIfName(char *ifName) noexcept {
-  if (ifName == nullptr) return -1;
   traceTag(kUnitNetwork, 2012, kWanIfName);
   PRINT_TO_CONSOLE("%s", kEntering);
   Message msg;

@@ -40,6 +40,14 @@ constexpr DefGwField kDefGwFields[] = {
 #undef DEFGW_FIELD
 static_assert(sizeof kDefGwFields / sizeof kDefGwFields[0] == 7);
 
+// The summary field a current-network parameter fills, or nullptr.
+const DefGwField *defGwField(const char *param) {
+  for (const DefGwField &f : kDefGwFields) {
+    if (sameName(param, f.param)) return &f;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 extern "C" {
@@ -58,17 +66,20 @@ CALTOFAL_API int32_t ZintuGet_OperMode(void) noexcept {
 }
 
 CALTOFAL_API int32_t ZintuGet_DefGw(ZintuWanInfo *info) noexcept {
-  if (info == nullptr) return -1;
   Message msg;
   if (getObjectTraced(msg, kCurrentNetwork, "ZintuGet_DefGw", __LINE__,
                       "faltocal_send_main is Failure \n") != 0) {
     return -1;
   }
+  if (info == nullptr) {  // no record: -1 when a value would have been copied into it
+    const bool copies = anyParam(msg, [](const ParamList *param) {
+      return defGwField(param->sParamName) != nullptr && param->sParamValue[0] != '\0';
+    });
+    return copies ? -1 : 0;
+  }
   forEachParam(msg, [&](ObjList *, ParamList *param) {
-    for (const DefGwField &f : kDefGwFields) {
-      if (sameName(param->sParamName, f.param)) {
-        copyChars(reinterpret_cast<char *>(info) + f.offset, f.width, param->sParamValue);
-      }
+    if (const DefGwField *f = defGwField(param->sParamName)) {
+      copyChars(reinterpret_cast<char *>(info) + f->offset, f->width, param->sParamValue);
     }
   });
   return 0;

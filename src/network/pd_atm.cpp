@@ -24,16 +24,17 @@ const char *firstShortParam(ObjList *obj, const char *name) {
   return nullptr;
 }
 
-// "VPI/VCI": both numbers when both pieces are there.
-void readCircuit(const char *destination, ZintuWanInfo &info) {
+// "VPI/VCI": both numbers, when both pieces are there.
+bool circuitOf(const char *destination, int32_t &vpi, int32_t &vci) {
   char work[32] = {0};
   std::memcpy(work, destination, std::strlen(destination));
   char *rest = nullptr;
-  const char *vpi = strtok_r(work, "/", &rest);
-  const char *vci = vpi != nullptr ? strtok_r(nullptr, "/", &rest) : nullptr;
-  if (vpi == nullptr || vci == nullptr) return;
-  info.nAtmVpi = decimalOf(vpi);
-  info.nAtmVci = decimalOf(vci);
+  const char *first = strtok_r(work, "/", &rest);
+  const char *second = first != nullptr ? strtok_r(nullptr, "/", &rest) : nullptr;
+  if (first == nullptr || second == nullptr) return false;
+  vpi = decimalOf(first);
+  vci = decimalOf(second);
+  return true;
 }
 
 }  // namespace
@@ -56,17 +57,22 @@ CALTOFAL_API int32_t ZintuGet_IPv6PD(void) noexcept {
   return enabled;
 }
 
+// Without a record the requests still run: -1 comes where a circuit or a
+// QoS class would have been written into it.
 CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info) noexcept {
-  if (info == nullptr) return -1;
   Message msg;
   if (getObjectTraced(msg, "Device.ATM.Link.1.", "ZintuGet_AtmInfo", 1475,
                       "faltocal_send_main is Failure\n") != 0) {
     return -1;
   }
   for (ObjList *obj : objectsOf(msg)) {
-    if (const char *destination = firstShortParam(obj, "DestinationAddress")) {
-      readCircuit(destination, *info);
-    }
+    const char *destination = firstShortParam(obj, "DestinationAddress");
+    int32_t vpi = 0;
+    int32_t vci = 0;
+    if (destination == nullptr || !circuitOf(destination, vpi, vci)) continue;
+    if (info == nullptr) return -1;
+    info->nAtmVpi = vpi;
+    info->nAtmVci = vci;
   }
 
   if (getObjectTraced(msg, "Device.ATM.Link.1.QoS.", "ZintuGet_AtmInfo", 1513,
@@ -74,7 +80,10 @@ CALTOFAL_API int32_t ZintuGet_AtmInfo(ZintuWanInfo *info) noexcept {
     return -1;
   }
   for (ObjList *obj : objectsOf(msg)) {
-    if (const char *qos = firstShortParam(obj, "QoSClass")) copyChars(info->sAtmQoSClass, qos);
+    const char *qos = firstShortParam(obj, "QoSClass");
+    if (qos == nullptr) continue;
+    if (info == nullptr) return -1;
+    copyChars(info->sAtmQoSClass, qos);
   }
   return 0;
 }

@@ -82,6 +82,22 @@ void putField(void *record, const RecordField &f, std::string_view value) {
   }
 }
 
+bool storesValue(const RecordField &f, std::string_view value) {
+  switch (f.take) {
+    case Take::kTextIfShorter:
+      return !value.empty() && value.size() < f.width;
+    case Take::kNumberIfSet:
+      return !value.empty();
+    case Take::kText:  // the field's rest is cleared, also for an empty value
+    case Take::kNumber:
+    case Take::kFlag:
+      return true;
+    case Take::kSpecial:
+      break;
+  }
+  return false;
+}
+
 const char *firstParam(const Message &msg, const char *name) {
   for (ObjList *obj : objectsOf(msg)) {
     if (const char *value = paramIn(obj, name)) return value;

@@ -49,6 +49,17 @@ void forEachParam(const Message &msg, Visit visit) {
   }
 }
 
+// Whether test(parameter) holds for some parameter of a returned object.
+template <typename Test>
+bool anyParam(const Message &msg, Test test) {
+  for (ObjList *obj : objectsOf(msg)) {
+    for (ParamList *param : paramsOf(obj)) {
+      if (test(param)) return true;
+    }
+  }
+  return false;
+}
+
 // ---- Value tests ------------------------------------------------------------
 
 inline bool isEmpty(const char *value) {
@@ -120,6 +131,9 @@ constexpr FieldGroup fieldGroup(std::string_view object, const RecordField (&fie
 
 // The value into the field of `record`, for every kind but kSpecial.
 void putField(void *record, const RecordField &field, std::string_view value);
+// Whether putField would store anything of the value: a copy of no
+// characters stores nothing.
+bool storesValue(const RecordField &field, std::string_view value);
 
 // Every field of the group named by the parameter gets its value; special(field,
 // value) handles the fields of kind kSpecial.
@@ -133,6 +147,21 @@ void putNamed(void *record, const FieldGroup &group, const ParamList *param, Spe
       putField(record, f, param->sParamValue);
     }
   }
+}
+
+// Whether putNamed would store anything of the parameter; stores(field, value)
+// tells for the fields of kind kSpecial. A getter called without its record
+// asks this where it would fill one, and refuses at the first value.
+template <typename Stores>
+bool storesNamed(const FieldGroup &group, const ParamList *param, Stores stores) {
+  for (const RecordField &f : group) {
+    if (!sameName(param->sParamName, f.param)) continue;
+    if (f.take == Take::kSpecial ? stores(f, param->sParamValue)
+                                 : storesValue(f, param->sParamValue)) {
+      return true;
+    }
+  }
+  return false;
 }
 
 // A field's text, never read past the field (it may hold no terminator).

@@ -114,14 +114,20 @@ CALTOFAL_API int GetCurrentChannel(const char *ifname, int ignored, int *channel
   (void)ignored;
   traceTag(kUnitWifi, __LINE__, kFunction);
   PRINT_TO_CONSOLE("START_FUNCTION \n");
-  if (channel == nullptr || !shell::isInterfaceName(ifname)) return 0;
+  if (!shell::isInterfaceName(ifname)) return 0;
   char command[kLine] = {0};
   formatCut(command, sizeof command, "%s %s channel", "iwlist", ifname);
   os::Stream *pipe = openTool(kFunction, __LINE__, command);
   if (pipe == nullptr) return 0;
   char line[kLine];
   while (os::readLine(pipe, line, sizeof line) != nullptr) {
-    if (auto current = currentChannelOf(line)) *channel = *current;
+    auto current = currentChannelOf(line);
+    if (!current) continue;
+    if (channel == nullptr) {  // a channel to report and nowhere to store it
+      os::close(pipe);
+      return 0;
+    }
+    *channel = *current;
   }
   os::close(pipe);
   return 1;

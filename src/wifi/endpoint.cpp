@@ -50,18 +50,27 @@ bool readReferencedName(Message &msg, const char *reference, char *ifnameOut) {
   return true;
 }
 
-// Runs `command`, which writes the peer file `path`, and opens that file;
-// nullptr after the console line when either fails (`missing` is what that
+// Runs "cat /proc/net/mtlk/IFNAME/DRIVERFILE | FILTER > PEERFILE" (cut at
+// 255 characters), which leaves the selected lines of a driver file in the
+// interface's peer file, and opens that file. nullptr when the interface
+// name is refused (no command runs), or after the console line when the
+// command cannot run or the file cannot be opened (`missing` is what that
 // line calls the file).
-os::Stream *runToPeerFile(const char *function, int line, const char *command, const char *path,
-                          const char *missing) {
+os::Stream *runIntoPeerFile(const char *function, int line, const char *ifname,
+                            const char *driverFile, const char *filter, const char *missing) {
+  if (ifname == nullptr || !shell::isInterfaceName(ifname)) return nullptr;
+  char peer[kLine] = {0};
+  formatCut(peer, sizeof peer, kPeerFile, ifname);
+  char command[256] = {0};
+  formatCut(command, sizeof command, "cat /proc/net/mtlk/%s/%s | %s > %s", ifname, driverFile,
+            filter, peer);
   int status = os::run(command);
   if (status == 127 || status == -1) {
     traceTag(kUnitWifi, line, function);
     PRINT_TO_CONSOLE("%s system command fail\n", command);
     return nullptr;
   }
-  os::Stream *file = os::openFile(path, "r");
+  os::Stream *file = os::openFile(peer, "r");
   if (file == nullptr) {
     traceTag(kUnitWifi, line, function);
     PRINT_TO_CONSOLE("%s does not exist\n", missing);
@@ -125,16 +134,10 @@ CALTOFAL_API int GetEPEnable(char *ifnameOut) noexcept {
 }
 
 CALTOFAL_API int GetEPContection(const char *ifname, char *macOut) noexcept {
-  static constexpr char kFunction[] = "GetEPContection";
-  if (ifname == nullptr || !shell::isInterfaceName(ifname)) return 0;
-  char peer[kLine] = {0};
-  formatCut(peer, sizeof peer, kPeerFile, ifname);
-  char command[256] = {0};
-  formatCut(command, sizeof command,
-            "cat /proc/net/mtlk/%s/PeerFlowStatus | grep \"STA MAC\" | sed -e 's/: STA MAC//' -e "
-            "'s/\\t//' -e 's/ //g' > %s",
-            ifname, peer);
-  os::Stream *file = runToPeerFile(kFunction, __LINE__, command, peer, kPeerFile);
+  // The peer MAC addresses, one a line.
+  os::Stream *file = runIntoPeerFile(
+      "GetEPContection", __LINE__, ifname, "PeerFlowStatus",
+      "grep \"STA MAC\" | sed -e 's/: STA MAC//' -e 's/\\t//' -e 's/ //g'", kPeerFile);
   if (file == nullptr) return 0;
   char line[kLine] = {0};
   if (os::readLine(file, line, sizeof line) == nullptr) line[0] = '\0';
@@ -152,19 +155,11 @@ CALTOFAL_API int GetEPConnectionStatus(char *macOut) noexcept {
 }
 
 CALTOFAL_API int ReqEPChannelInfo(const char *ifname, int32_t *values) noexcept {
-  static constexpr char kFunction[] = "ReqEPChannelInfo";
-  if (ifname == nullptr || !shell::isInterfaceName(ifname)) return 0;
-  char peer[kLine] = {0};
-  formatCut(peer, sizeof peer, kPeerFile, ifname);
-  char command[256] = {0};
-  formatCut(command, sizeof command,
-            "cat /proc/net/mtlk/%s/channel | grep -e width: -e primary_channel: | sed "
-            "'s/[^0-9]*//g' > %s",
-            ifname, peer);
-  // A missing file is called by the survey file's name, as the system has
-  // always said here.
-  os::Stream *file =
-      runToPeerFile(kFunction, __LINE__, command, peer, "/tmp/wlan_wave/%s_scan_by_User.result");
+  // The channel figures, one number a line. A missing file is called by the
+  // survey file's name, as the system has always said here.
+  os::Stream *file = runIntoPeerFile("ReqEPChannelInfo", __LINE__, ifname, "channel",
+                                     "grep -e width: -e primary_channel: | sed 's/[^0-9]*//g'",
+                                     "/tmp/wlan_wave/%s_scan_by_User.result");
   if (file == nullptr) return 0;
   bool stored = false;
   int count = 0;

@@ -165,13 +165,13 @@ CALTOFAL_API int SetParam(WifiParamTable *table, const char *object, const char 
   return 0;
 }
 
+// A NULL table takes no rows (SetParam refuses each): the requests, traces
+// and results are those of a table that is full.
 CALTOFAL_API int GetSsIdInfoFromFapiToBuff(int ssidIndex, WifiParamTable *table) noexcept {
-  if (table == nullptr) return -1;
   return ssidSnapshot(ssidIndex, table);
 }
 
 CALTOFAL_API int GetWireInfoFromFapiToBuff(int radioIndex, WifiParamTable *table) noexcept {
-  if (table == nullptr) return -1;
   traceTag(kUnitWifi, __LINE__, "GetWireInfoFromFapiToBuff");
   PRINT_TO_CONSOLE("START_FUNCTION \n");
   const int rc = radioSnapshot(radioIndex, table);

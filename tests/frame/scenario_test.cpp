@@ -187,6 +187,9 @@ TEST_P(Scenarios, Run) {
       help_addParamList(node, l.s(0), 0, l.tail(1).c_str(), 0);
     } else if (cmd == "release") {
       msg.release();
+      m = msg.get();
+    } else if (cmd == "nomessage") {
+      m = nullptr;
     } else if (cmd == "main" || cmd == "todb" || cmd == "multi") {
       auto call = cmd == "main"   ? faltocal_send_main
                   : cmd == "todb" ? faltocal_send_main_ToDb
@@ -197,6 +200,9 @@ TEST_P(Scenarios, Run) {
       for (std::size_t i = 4; i < l.words.size(); ++i) params.insert(params.end() - 1, l.s(i));
       l.result(faltocal_send_main_multi_obj_No_variable(m, l.s(0), l.s(1), l.s(2), l.n(3),
                                                         params.data()));
+    } else if (cmd == "noarray") {
+      l.result(
+          faltocal_send_main_multi_obj_No_variable(m, l.s(0), l.s(1), l.s(2), l.n(3), nullptr));
     } else if (cmd == "sendmulti") {
       l.result(faltocal_SendMultiObj(l.n(0), l.n(1), l.n(2), m, l.s(3), l.s(4), l.s(5), l.n(6),
                                      l.s(7), l.s(8), l.s(9), l.s(10)));
@@ -204,10 +210,11 @@ TEST_P(Scenarios, Run) {
       l.result(faltocal_sendQuery(m));
     } else if (cmd == "deviceid") {
       l.result(GetDeviceID(l.s(0)));
-    } else if (cmd == "macfile") {
+    } else if (cmd == "macfile") {  // a second word: a NULL output
       char mac[18] = "unchanged";
-      int rc = zintu_scapi_getMacFromFile(l.s(0), mac);
-      l.result(rc, mac);
+      const bool noOutput = l.words.size() > 1;
+      int rc = zintu_scapi_getMacFromFile(l.s(0), noOutput ? nullptr : mac);
+      l.result(rc, noOutput ? "(null)" : mac);
     } else if (cmd == "mac") {
       l.result(zintu_isValidMacAddress(l.tail(0).c_str()));
     } else if (cmd == "ipv4") {

@@ -609,6 +609,38 @@ TEST_P(Cases, OverlongValuesNeverLeaveTheirFields) {
   }
 }
 
+// Without its record a getter makes the requests and prints the traces that
+// it makes and prints with one, up to where it would write: when its first
+// request fails, the call looks the same as with the record.
+TEST(NoRecord, AFailingFirstRequestIsTracedAsWithTheRecord) {
+  const std::pair<const char *, const char *> kCalls[] = {
+      {"ZintuGet_DefGw", "!info"},        {"ZintuGet_AtmInfo", "!info"},
+      {"ZintuGet_LineInfo", "!dsl"},      {"ZintuGet_DslMode", "!modes"},
+      {"ZintuGet_LANv4Info", "!lan4"},    {"ZintuGet_LANv6Info", "!lan6"},
+      {"ZintuGet_MultiWanInfo", "!mwan"}, {"zintu_GetWanIfName", "!text"}};
+  calsim::reset();
+  std::string error;
+  ASSERT_TRUE(
+      calsim::loadModelString(readFile(kDir + "/models/pppoe_vlan.model"), "sample", &error))
+      << error;
+  Case c;
+  c.title = "no record";
+  auto outcome = [&c](const std::string &line, int code) {
+    Call call;
+    call.line = line;
+    const std::string text = run(c, call, 1, code);
+    return text.substr(text.find('\n'));  // all but the call's own line
+  };
+  for (const auto &[getter, noRecord] : kCalls) {
+    for (int code : {-5, -1}) {
+      const std::string without = outcome(std::string(getter) + " " + noRecord, code);
+      EXPECT_NE(without.find("result = -1\n"), std::string::npos) << getter << " " << code;
+      EXPECT_EQ(without, outcome(getter, code)) << getter << " " << code;
+    }
+  }
+  calsim::reset();
+}
+
 INSTANTIATE_TEST_SUITE_P(Network, Cases,
                          ::testing::Values("models", "getters", "dns", "bridge_ipv6", "def_wan",
                                            "dsl", "lan", "multiwan"),

@@ -203,6 +203,32 @@ TEST_F(Driver, CurrentChannelTakesTheLastMarkedLine) {
   EXPECT_EQ(console(), start + start + start + trace("GetCurrentChannel", "popen()"));
 }
 
+// Without an output the command still runs: a marked line, which would be
+// stored, gives 0; without one the result is that of a call with an output.
+TEST_F(Driver, CurrentChannelWithoutAnOutput) {
+  const struct {
+    fakeos::Reply reply;
+    int withOutput, without;
+  } cases[] = {{{"wlan0  13 channels\n  Current Channel=6\n  Current Channel=11\n"}, 1, 0},
+               {{"wlan0  13 channels\n"}, 1, 1},
+               {kNoStart, 0, 0}};
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.reply.output);
+    std::string seen[2];  // the console and the commands, without and with an output
+    for (bool withOutput : {false, true}) {
+      fakeos::reset();
+      fakeos::onCommand("iwlist wlan0 channel", c.reply);
+      int channel = -1;
+      EXPECT_EQ(GetCurrentChannel("wlan0", 0, withOutput ? &channel : nullptr),
+                withOutput ? c.withOutput : c.without);
+      seen[withOutput] = console();
+      for (const std::string &command : fakeos::commands()) seen[withOutput] += command + "\n";
+    }
+    EXPECT_EQ(seen[0], seen[1]);
+    EXPECT_NE(seen[0].find("iwlist wlan0 channel\n"), std::string::npos);
+  }
+}
+
 TEST(SideChannel, ByCountryAndChannel) {
   const char *both = "both";
   const char *above = "AboveControlChannel", *below = "BelowControlChannel";

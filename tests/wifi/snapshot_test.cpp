@@ -1,6 +1,7 @@
 // Snapshots of an SSID and a radio against the emulator: the one request
 // they make, the rows kept in answer order, the names dropped, the cuts and
-// the capacity of the table, and a failed request leaving it untouched.
+// the capacity of the table, a failed request leaving it untouched, and no
+// table at all.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -130,8 +131,37 @@ TEST_F(Snapshot, AFailedRequestLeavesTheTableUntouched) {
   WifiParamTable table{};
   EXPECT_EQ(GetSsIdInfoFromFapiToBuff(5, &table), -1);  // no such SSID
   EXPECT_EQ(table.count, 0);
-  EXPECT_EQ(GetSsIdInfoFromFapiToBuff(1, nullptr), -1);
-  EXPECT_EQ(GetWireInfoFromFapiToBuff(1, nullptr), -1);
+}
+
+// A NULL table takes no row, as a full one takes none: the same request, the
+// same traces and the same result as with a full table.
+TEST_F(Snapshot, WithoutATableTheSnapshotRunsAsIntoAFullOne) {
+  const struct {
+    bool ssid;
+    int index, failure, result;  // failure: the request's injected code, 0 for none
+  } cases[] = {
+      {true, 1, 0, 0}, {false, 2, 0, 0}, {true, 1, -5, -1}, {false, 1, -5, -1}, {true, 5, 0, -1}};
+  for (const auto &c : cases) {
+    SCOPED_TRACE(std::to_string(c.ssid) + " " + std::to_string(c.index) + " " +
+                 std::to_string(c.failure));
+    std::string seen[2];  // console and requests: [0] without a table, [1] with a full one
+    for (bool withTable : {false, true}) {
+      fakeos::reset();
+      calsim::clearRequests();
+      WifiParamTable full{};
+      full.count = 100;
+      WifiParamTable *table = withTable ? &full : nullptr;
+      if (c.failure != 0) calsim::injectFailure(c.failure, 1);
+      EXPECT_EQ(c.ssid ? GetSsIdInfoFromFapiToBuff(c.index, table)
+                       : GetWireInfoFromFapiToBuff(c.index, table),
+                c.result);
+      seen[withTable] = console();
+      for (const std::string &request : requestLog()) seen[withTable] += request + "\n";
+    }
+    EXPECT_NE(seen[0].find("START_FUNCTION"), std::string::npos);
+    EXPECT_NE(seen[0].find("get flags=0x1100"), std::string::npos);
+    EXPECT_EQ(seen[0], seen[1]);
+  }
 }
 
 TEST(SetParam, CutsEachTextAndHoldsAHundredRows) {
