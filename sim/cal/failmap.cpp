@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <map>
 
 namespace calsim {
 namespace {
@@ -31,7 +32,7 @@ bool parseCode(std::string_view text, int *code) {
 }  // namespace
 
 bool FailureMap::parse(std::string_view text, std::string *error) {
-  std::vector<std::pair<std::string, int>> entries;
+  std::map<std::string, int, std::less<>> entries;
   if (trimmed(text).empty()) {
     entries_.clear();
     return true;
@@ -42,30 +43,32 @@ bool FailureMap::parse(std::string_view text, std::string *error) {
     std::size_t comma = text.find(',');
     std::string_view raw = text.substr(0, comma);
     std::string_view entry = trimmed(raw);
-    std::string shown = "entry " + std::to_string(number) + " '" + std::string(raw) + "'";
+    auto shown = [&] { return "entry " + std::to_string(number) + " '" + std::string(raw) + "'"; };
     std::size_t eq = entry.find('=');
     if (entry.empty()) {
       *error = "entry " + std::to_string(number) + " is empty (want PATH=CODE)";
       return false;
     }
     if (eq == std::string_view::npos) {
-      *error = shown + " has no '=' (want PATH=CODE)";
+      *error = shown() + " has no '=' (want PATH=CODE)";
       return false;
     }
-    std::string path(withoutDot(trimmed(entry.substr(0, eq))));
+    std::string_view path = withoutDot(trimmed(entry.substr(0, eq)));
     if (path.empty()) {
-      *error = shown + " names no object path";
+      *error = shown() + " names no object path";
       return false;
     }
     int code = 0;
     if (!parseCode(trimmed(entry.substr(eq + 1)), &code)) {
-      *error = shown + ": the code must be a non-zero integer";
+      *error = shown() + ": the code must be a non-zero integer";
       return false;
     }
-    auto same = [&path](const auto &e) { return e.first == path; };
-    for (auto it = entries.begin(); it != entries.end();)
-      it = same(*it) ? entries.erase(it) : it + 1;
-    entries.emplace_back(std::move(path), code);
+    // A later entry for the same path wins; a long map costs log n an entry.
+    if (auto it = entries.find(path); it != entries.end()) {
+      it->second = code;
+    } else {
+      entries.emplace(std::string(path), code);
+    }
     if (comma == std::string_view::npos) break;
     text.remove_prefix(comma + 1);
   }
@@ -74,10 +77,10 @@ bool FailureMap::parse(std::string_view text, std::string *error) {
 }
 
 std::optional<std::pair<std::string, int>> FailureMap::match(const Incoming &in) const {
+  if (entries_.empty()) return std::nullopt;
   for (const InObject &r : in.objects) {
-    std::string_view path = withoutDot(r.name);
-    for (const auto &[failing, code] : entries_) {
-      if (path == failing) return std::make_pair(failing, code);
+    if (auto it = entries_.find(withoutDot(r.name)); it != entries_.end()) {
+      return std::make_pair(it->first, it->second);
     }
   }
   return std::nullopt;

@@ -4,6 +4,7 @@
 // is neither answered nor applied.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,7 +29,7 @@ class FailureMap {
   bool empty() const { return entries_.empty(); }
 
  private:
-  std::vector<std::pair<std::string, int>> entries_;  // path without trailing dot
+  std::map<std::string, int, std::less<>> entries_;  // path without trailing dot
 };
 
 }  // namespace calsim
