@@ -84,18 +84,14 @@ TEST_F(ModelTest, ValuesTravelVerbatim) {
   EXPECT_EQ(Json::parse(o.out)[0]["parameters"]["Password"], value);
 }
 
+// Only an applied set reaches the journal; its JSON form names the file.
 TEST_F(ModelTest, OnlyAnAppliedSetReachesTheJournal) {
-  const std::string journal = model_ + ".journal";
-  EXPECT_EQ(tool({"journal"}).out, "the journal is empty\n");
   ASSERT_TRUE(endedWith(tool({"set", "--db-only", "Device.IP.Interface.1", "Name=stored"}), {0}));
-  EXPECT_NE(readFile(model_).find("\nName = stored\n"), std::string::npos);
-  EXPECT_FALSE(exists(journal));
-  EXPECT_EQ(tool({"journal"}).out, "the journal is empty\n");
-
+  EXPECT_FALSE(exists(model_ + ".journal"));
   ASSERT_TRUE(endedWith(tool({"set", "Device.IP.Interface.1", "Name=applied"}), {0}));
   ASSERT_TRUE(endedWith(tool({"set", "--db-only", "Device.IP.Interface.1", "Name=again"}), {0}));
-  EXPECT_EQ(readFile(journal), "set Device.IP.Interface.1 Name=applied\n");
   Json json = Json::parse(tool({"--json", "journal"}).out);
+  EXPECT_EQ(json["journal"], model_ + ".journal");
   EXPECT_EQ(json["entries"], Json::array({"set Device.IP.Interface.1 Name=applied"}));
 }
 

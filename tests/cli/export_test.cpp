@@ -175,27 +175,5 @@ TEST_F(ExportFormatTest, MasksEverySecretThatHasAValue) {
   EXPECT_EQ(o.out.find("pass word"), std::string::npos);
 }
 
-TEST_F(ExportFormatTest, RefusesWhatItCannotExport) {
-  struct Case {
-    Args args;
-    int status;
-    const char *err;
-  };
-  const Case cases[] = {
-      {{"export", "Device.Nowhere."}, 1, "caltofal: cannot export Device.Nowhere."},
-      {{"--json", "export"}, 2, "caltofal: export: writes a model file, not JSON"},
-      {{"export", "Device.A&B"}, 2, nullptr},
-      {{"export", "Device.", "extra"}, 2, nullptr},
-  };
-  for (const Case &c : cases) {
-    Outcome o = tool(c.args);
-    EXPECT_TRUE(endedWith(o, {c.status})) << joined(c.args) << ": " << o.err;
-    EXPECT_EQ(o.out, "") << joined(c.args);
-    if (c.err != nullptr) {
-      EXPECT_EQ(o.err.rfind(c.err, 0), 0u) << o.err;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace clitest
