@@ -28,11 +28,16 @@ TEST_F(Sandbox, EveryProcessSeesTheDriversFiles) {
 }
 
 TEST_F(Sandbox, TheConsoleIsCapturedWriteByWriteInOrder) {
-  // Each write opens the console afresh, as the library's traces do.
-  Outcome o = run("for i in 1 2 3; do printf 'trace %s\\n' $i >/dev/console; done");
-  EXPECT_EQ(o.status, 0) << o.err;
-  EXPECT_EQ(log("console.log"), "trace 1\ntrace 2\ntrace 3\n");
-  EXPECT_EQ(o.out, "");
+  // Each write opens the console afresh, as the library's traces do; only
+  // --console-to-stderr copies it to standard error too.
+  const std::string traces = "trace 1\ntrace 2\ntrace 3\n";
+  for (const std::string options : {"", "--console-to-stderr"}) {
+    Outcome o = run("for i in 1 2 3; do printf 'trace %s\\n' $i >/dev/console; done", options);
+    EXPECT_EQ(o.status, 0) << o.err;
+    EXPECT_EQ(log("console.log"), traces);
+    EXPECT_EQ(o.out, "");
+    EXPECT_EQ(o.err, options.empty() ? "" : traces);
+  }
 }
 
 TEST_F(Sandbox, FakeToolsAnswerFromTheTreeAndLogTheirCalls) {
