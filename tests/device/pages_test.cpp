@@ -76,14 +76,6 @@ TEST_F(Pages, EveryPageGivesJson) {
       "bandwidths": [20, 40, 80, 160], "aboveChannel": 56, "belowChannel": 0, "dfs": true})"));
 }
 
-TEST_F(Pages, AnEditedDeviceTreeChangesThePage) {
-  fs::copy(DEVICE_TREE, dir_ / "tree", fs::copy_options::recursive);
-  std::ofstream(dir_ / "tree/wireless/wlan2/iwlist_channel") << "  Current Channel=100\n";
-  Outcome o = tool("wifi channel wlan2", "--tree " + (dir_ / "tree").string());
-  EXPECT_EQ(o.out, "100\n");
-  EXPECT_EQ(log("calls.log"), "iwlist wlan2 channel\n");
-}
-
 TEST_F(Pages, OnAPcTheToolEntersTheSandboxByItself) {
   // No launcher named: the tool finds the driver files missing and runs
   // itself again in the sandbox, as root; without root it says why.

@@ -76,9 +76,13 @@ TEST_F(Sandbox, WorkFilesStayInTheRunFolderAndTheShellHasSource) {
 TEST_F(Sandbox, TheTreeIsCopiedSoEditsShowOnTheNextRun) {
   fs::copy(DEVICE_TREE, dir_ / "tree", fs::copy_options::recursive);
   std::ofstream(dir_ / "tree/proc/net/mtlk/wlan0/channel") << "width: 20\nprimary_channel: 11\n";
-  Outcome o = run("cat /proc/net/mtlk/wlan0/channel; echo x >> /opt/lantiq/etc/nextmac.conf",
-                  "--tree " + (dir_ / "tree").string());
-  EXPECT_EQ(o.out, "width: 20\nprimary_channel: 11\n");
+  std::ofstream(dir_ / "tree/wireless/wlan2/iwlist_channel") << "  Current Channel=100\n";
+  Outcome o =
+      run("cat /proc/net/mtlk/wlan0/channel; iwlist wlan2 channel; "
+          "echo x >> /opt/lantiq/etc/nextmac.conf",
+          "--tree " + (dir_ / "tree").string());
+  // The driver's files and the fake tools' answers both come from the copy.
+  EXPECT_EQ(o.out, "width: 20\nprimary_channel: 11\n  Current Channel=100\n");
   EXPECT_EQ(readFile(dir_ / "tree/opt/lantiq/etc/nextmac.conf"),
             readFile(fs::path(DEVICE_TREE) / "opt/lantiq/etc/nextmac.conf"));
 }
