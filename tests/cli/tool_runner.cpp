@@ -109,4 +109,18 @@ std::vector<std::string> splitLines(const std::string &text) {
   return lines;
 }
 
+Args words(const std::string &text) {
+  Args out;
+  std::istringstream in(text);
+  for (std::string word; in >> word;) out.push_back(word);
+  return out;
+}
+
+std::vector<Args> commandList(const std::string &text) {
+  std::vector<Args> out;
+  std::istringstream in(text);
+  for (std::string command; std::getline(in, command, ',');) out.push_back(words(command));
+  return out;
+}
+
 }  // namespace clitest

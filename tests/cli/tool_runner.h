@@ -54,5 +54,7 @@ std::string fixture(const std::string &name);  // a file of tests/cli/models
 std::string readFile(const std::string &path);
 void writeFile(const std::string &path, const std::string &text);
 std::vector<std::string> splitLines(const std::string &text);
+Args words(const std::string &text);                     // the text split at blanks
+std::vector<Args> commandList(const std::string &text);  // commands apart by commas
 
 }  // namespace clitest

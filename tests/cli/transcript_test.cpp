@@ -25,9 +25,7 @@ std::vector<Step> readTranscript(const std::string &text) {
   for (const std::string &line : splitLines(text)) {
     ++number;
     if (line.rfind("$ ", 0) == 0) {
-      steps.push_back(Step{number, {}, 0, {}, {}});
-      std::istringstream words(line.substr(2));
-      for (std::string word; words >> word;) steps.back().args.push_back(word);
+      steps.push_back(Step{number, words(line.substr(2)), 0, {}, {}});
     } else if (!steps.empty() && !line.empty() && line[0] != '#') {
       std::string rest = line.size() > 2 ? line.substr(2) : std::string();
       if (line[0] == '|') steps.back().out += rest + "\n";

@@ -1,10 +1,13 @@
 // Shared by the sandbox tests: a scratch folder per test (skipped without
-// root, which the sandbox needs), files read whole, texts quoted for sh.
+// root, which the sandbox needs), commands run through sh with their output
+// captured, files read whole, texts quoted for sh.
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -13,6 +16,9 @@
 namespace devicetest {
 
 namespace fs = std::filesystem;
+
+// Runs what follows as the unprivileged user nobody.
+constexpr char kAsNobody[] = "setpriv --reuid=65534 --regid=65534 --clear-groups ";
 
 inline std::string readFile(const fs::path &path) {
   std::ifstream in(path, std::ios::binary);
@@ -44,6 +50,23 @@ class DeviceTest : public ::testing::Test {
   void TearDown() override {
     if (!dir_.empty()) fs::remove_all(dir_);
   }
+
+  // Runs `command` with sh, HOME and the state folder in the scratch folder.
+  Outcome shell(const std::string &command) {
+    const int wstatus = std::system(
+        ("HOME=" + dir_.string() + " XDG_STATE_HOME=" + (dir_ / "state").string() + " " + command +
+         " >" + (dir_ / "out").string() + " 2>" + (dir_ / "err").string())
+            .c_str());
+    return {WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1, readFile(dir_ / "out"),
+            readFile(dir_ / "err")};
+  }
+  // Runs `command` in the sandbox, the run folder kept in dir_/run for log().
+  Outcome inSandbox(const std::string &command, const std::string &options = "") {
+    fs::remove_all(dir_ / "run");
+    return shell(std::string(CALTOFAL_DEVICE_LAUNCHER) + " " + options + " --run " +
+                 (dir_ / "run").string() + " -- " + command);
+  }
+  std::string log(const std::string &name) { return readFile(dir_ / "run" / name); }
 
   fs::path dir_;
 };

@@ -1,43 +1,18 @@
 // The device sandbox as its users meet it: a command run by caltofal-device
 // sees the simulated device, every process of it the same driver files, the
 // console captured in order and the fake tools logging their calls.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string>
-
 #include "device_test.h"
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace devicetest;  // NOLINT: the shared fixture's own test files
 
-using devicetest::Outcome;
-using devicetest::quoted;
-using devicetest::readFile;
-
-class Sandbox : public devicetest::DeviceTest {
+class Sandbox : public DeviceTest {
  protected:
-  // Runs `script` with sh -c inside the sandbox; the run folder of the last
-  // run is kept in dir_/run for the logs.
+  // Runs `script` with sh -c inside the sandbox.
   Outcome run(const std::string &script, const std::string &options = "") {
-    fs::remove_all(dir_ / "run");
-    const std::string command = std::string(CALTOFAL_DEVICE_LAUNCHER) + " " + options + " --run " +
-                                (dir_ / "run").string() + " -- sh -c " + quoted(script) + " >" +
-                                (dir_ / "out").string() + " 2>" + (dir_ / "err").string();
-    int wstatus = std::system(command.c_str());
-    Outcome o;
-    o.status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1;
-    o.out = readFile(dir_ / "out");
-    o.err = readFile(dir_ / "err");
-    return o;
+    return inSandbox("sh -c " + quoted(script), options);
   }
-  std::string log(const std::string &name) { return readFile(dir_ / "run" / name); }
 };
 
 TEST_F(Sandbox, EveryProcessSeesTheDriversFiles) {
@@ -53,11 +28,16 @@ TEST_F(Sandbox, EveryProcessSeesTheDriversFiles) {
 }
 
 TEST_F(Sandbox, TheConsoleIsCapturedWriteByWriteInOrder) {
-  // Each write opens the console afresh, as the library's traces do.
-  Outcome o = run("for i in 1 2 3; do printf 'trace %s\\n' $i >/dev/console; done");
-  EXPECT_EQ(o.status, 0) << o.err;
-  EXPECT_EQ(log("console.log"), "trace 1\ntrace 2\ntrace 3\n");
-  EXPECT_EQ(o.out, "");
+  // Each write opens the console afresh, as the library's traces do; only
+  // --console-to-stderr copies it to standard error too.
+  const std::string traces = "trace 1\ntrace 2\ntrace 3\n";
+  for (const std::string options : {"", "--console-to-stderr"}) {
+    Outcome o = run("for i in 1 2 3; do printf 'trace %s\\n' $i >/dev/console; done", options);
+    EXPECT_EQ(o.status, 0) << o.err;
+    EXPECT_EQ(log("console.log"), traces);
+    EXPECT_EQ(o.out, "");
+    EXPECT_EQ(o.err, options.empty() ? "" : traces);
+  }
 }
 
 TEST_F(Sandbox, FakeToolsAnswerFromTheTreeAndLogTheirCalls) {
@@ -96,9 +76,13 @@ TEST_F(Sandbox, WorkFilesStayInTheRunFolderAndTheShellHasSource) {
 TEST_F(Sandbox, TheTreeIsCopiedSoEditsShowOnTheNextRun) {
   fs::copy(DEVICE_TREE, dir_ / "tree", fs::copy_options::recursive);
   std::ofstream(dir_ / "tree/proc/net/mtlk/wlan0/channel") << "width: 20\nprimary_channel: 11\n";
-  Outcome o = run("cat /proc/net/mtlk/wlan0/channel; echo x >> /opt/lantiq/etc/nextmac.conf",
-                  "--tree " + (dir_ / "tree").string());
-  EXPECT_EQ(o.out, "width: 20\nprimary_channel: 11\n");
+  std::ofstream(dir_ / "tree/wireless/wlan2/iwlist_channel") << "  Current Channel=100\n";
+  Outcome o =
+      run("cat /proc/net/mtlk/wlan0/channel; iwlist wlan2 channel; "
+          "echo x >> /opt/lantiq/etc/nextmac.conf",
+          "--tree " + (dir_ / "tree").string());
+  // The driver's files and the fake tools' answers both come from the copy.
+  EXPECT_EQ(o.out, "width: 20\nprimary_channel: 11\n  Current Channel=100\n");
   EXPECT_EQ(readFile(dir_ / "tree/opt/lantiq/etc/nextmac.conf"),
             readFile(fs::path(DEVICE_TREE) / "opt/lantiq/etc/nextmac.conf"));
 }
@@ -112,18 +96,15 @@ TEST_F(Sandbox, ExitStatusesAndSetUpProblems) {
   EXPECT_EQ(o.err, "caltofal-device: no device tree at " + (dir_ / "nowhere").string() +
                        " (want opt/, proc/net/, tmp/wlan_wave/)\n");
 
-  int wstatus = std::system(
-      (std::string(CALTOFAL_DEVICE_LAUNCHER) + " --bogus true 2>" + (dir_ / "err").string())
-          .c_str());
-  EXPECT_EQ(WEXITSTATUS(wstatus), 2);
-  EXPECT_EQ(readFile(dir_ / "err").rfind("caltofal-device: unknown option --bogus\n", 0), 0u);
+  const std::string launcher = CALTOFAL_DEVICE_LAUNCHER;
+  o = shell(launcher + " --bogus true");
+  EXPECT_EQ(o.status, 2);
+  EXPECT_EQ(o.err.rfind("caltofal-device: unknown option --bogus\n", 0), 0u);
 
   // Without root the sandbox says so.
-  wstatus = std::system((std::string("setpriv --reuid=65534 --regid=65534 --clear-groups ") +
-                         CALTOFAL_DEVICE_LAUNCHER + " true 2>" + (dir_ / "err").string())
-                            .c_str());
-  EXPECT_EQ(WEXITSTATUS(wstatus), 1);
-  EXPECT_EQ(readFile(dir_ / "err"),
+  o = shell(kAsNobody + launcher + " true");
+  EXPECT_EQ(o.status, 1);
+  EXPECT_EQ(o.err,
             "caltofal-device: the device sandbox needs root (it mounts the simulated device in a "
             "private mount namespace); run it as root\n");
 }

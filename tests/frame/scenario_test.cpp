@@ -8,6 +8,7 @@
 #include <cstring>
 #include <ctime>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -131,8 +132,8 @@ TEST_P(Scenarios, Run) {
   ASSERT_TRUE(calsim::loadModelString(fixture("frame.model"), "frame.model", &error)) << error;
   Message msg;
   MsgHeader *m = msg.get();
-  std::string console, stderrText, stdoutText;
-  std::vector<std::string> journal, commands;
+  std::map<std::string, std::string> texts;               // console, stderr, stdout
+  std::map<std::string, std::vector<std::string>> lists;  // journal, command
   std::vector<std::pair<int, std::string>> syslog;
   std::size_t sent = 0;
   fakeos::Reply reply;      // the next shell command's
@@ -141,18 +142,12 @@ TEST_P(Scenarios, Run) {
     SCOPED_TRACE("scenarios.txt:" + std::to_string(number) + ": " + text);
     const Line l(text);
     const std::string &cmd = l.cmd;
-    if (cmd == "console") {
-      console += l.tail(0);
-    } else if (cmd == "stderr") {
-      stderrText += l.tail(0);
-    } else if (cmd == "stdout") {
-      stdoutText += l.tail(0);
+    if (cmd == "console" || cmd == "stderr" || cmd == "stdout") {
+      texts[cmd] += l.tail(0);
+    } else if (cmd == "journal" || cmd == "command") {
+      lists[cmd].push_back(l.tail(0));
     } else if (cmd == "syslog") {
       syslog.emplace_back(l.n(0), l.tail(1));
-    } else if (cmd == "journal") {
-      journal.push_back(l.tail(0));
-    } else if (cmd == "command") {
-      commands.push_back(l.tail(0));
     } else if (cmd == "sent") {
       auto requests = calsim::requests();
       ASSERT_LT(sent, requests.size());
@@ -274,12 +269,12 @@ TEST_P(Scenarios, Run) {
     }
   }
   EXPECT_EQ(calsim::requests().size(), sent) << "requests that no 'sent' line lists";
-  EXPECT_EQ(fakeos::console(), console);
-  EXPECT_EQ(fakeos::stderrText(), stderrText);
-  EXPECT_EQ(fakeos::stdoutText(), stdoutText);
+  EXPECT_EQ(fakeos::console(), texts["console"]);
+  EXPECT_EQ(fakeos::stderrText(), texts["stderr"]);
+  EXPECT_EQ(fakeos::stdoutText(), texts["stdout"]);
   EXPECT_EQ(fakeos::syslogLines(), syslog);
-  EXPECT_EQ(calsim::journal(), journal);
-  EXPECT_EQ(fakeos::commands(), commands);
+  EXPECT_EQ(calsim::journal(), lists["journal"]);
+  EXPECT_EQ(fakeos::commands(), lists["command"]);
 }
 
 INSTANTIATE_TEST_SUITE_P(Frame, Scenarios, ::testing::ValuesIn(loadScenarios()),

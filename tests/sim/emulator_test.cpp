@@ -124,10 +124,6 @@ TEST(Emulator, ConcurrentRequestsSeeWholeMessages) {
   EXPECT_EQ(send(cal_getValue, "Device.T."), "Device.T{}\n");
 }
 
-}  // namespace
-
-namespace {
-
 std::string fileText(const char *path) {
   std::ifstream in(path, std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(in), {});

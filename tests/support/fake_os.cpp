@@ -11,7 +11,6 @@
 namespace {
 
 struct State {
-  std::mutex lock;
   std::map<std::string, fakeos::Reply> replies;
   std::vector<std::string> commands;
   std::map<std::string, std::string> files;
@@ -27,30 +26,35 @@ struct State {
   std::vector<unsigned> sleeps;
 };
 
-State &state() {
-  static State s;
+struct Shared {
+  std::mutex lock;
+  State state;
+};
+
+Shared &shared() {
+  static Shared s;
   return s;
 }
 
 // Runs f on the state under its lock and returns what f returns.
 template <typename F>
 auto locked(F f) {
-  State &s = state();
+  Shared &s = shared();
   std::lock_guard<std::mutex> guard(s.lock);
-  return f(s);
+  return f(s.state);
 }
 
 // Runs a command: records it, performs its file writes, returns its reply.
 fakeos::Reply execute(const char *command) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  if (s.capture) s.commands.emplace_back(command);
-  auto it = s.replies.find(command);
-  fakeos::Reply reply = it != s.replies.end() ? it->second : fakeos::Reply{};
-  if (!reply.startFails) {
-    for (const auto &[path, content] : reply.writes) s.files[path] = content;
-  }
-  return reply;
+  return locked([&](State &s) {
+    if (s.capture) s.commands.emplace_back(command);
+    auto it = s.replies.find(command);
+    fakeos::Reply reply = it != s.replies.end() ? it->second : fakeos::Reply{};
+    if (!reply.startFails) {
+      for (const auto &[path, content] : reply.writes) s.files[path] = content;
+    }
+    return reply;
+  });
 }
 
 }  // namespace
@@ -71,15 +75,15 @@ Stream *openCommand(const char *command) {
 }
 
 Stream *openFile(const char *path, const char *mode) {
-  State &s = state();
-  std::lock_guard<std::mutex> guard(s.lock);
-  if (path == nullptr || mode == nullptr || s.failing.count(path) != 0) return nullptr;
-  auto it = s.files.find(path);
-  if (it == s.files.end()) {
-    if (mode[0] == 'r') return nullptr;
-    it = s.files.emplace(path, std::string()).first;  // "w"/"a" create the file
-  }
-  return new Stream{it->second, 0, 0};
+  return locked([&](State &s) -> Stream * {
+    if (path == nullptr || mode == nullptr || s.failing.count(path) != 0) return nullptr;
+    auto it = s.files.find(path);
+    if (it == s.files.end()) {
+      if (mode[0] == 'r') return nullptr;
+      it = s.files.emplace(path, std::string()).first;  // "w"/"a" create the file
+    }
+    return new Stream{it->second, 0, 0};
+  });
 }
 
 char *readLine(Stream *stream, char *buf, int size) {
@@ -164,22 +168,7 @@ void sleepSeconds(unsigned seconds) {
 namespace fakeos {
 
 void reset() {
-  locked([](State &s) {
-    State fresh;
-    s.replies.swap(fresh.replies);
-    s.commands.swap(fresh.commands);
-    s.files.swap(fresh.files);
-    s.failing.swap(fresh.failing);
-    s.paths.swap(fresh.paths);
-    s.console.swap(fresh.console);
-    s.consoleFails = false;
-    s.capture = true;
-    s.syslog.swap(fresh.syslog);
-    s.out.clear();
-    s.err.clear();
-    s.time.reset();
-    s.sleeps.clear();
-  });
+  locked([](State &s) { s = State{}; });
 }
 
 void onCommand(const std::string &command, Reply reply) {
@@ -190,9 +179,6 @@ std::vector<std::string> commands() {
 }
 void setFile(const std::string &path, const std::string &content) {
   locked([&](State &s) { s.files[path] = content; });
-}
-void removeFile(const std::string &path) {
-  locked([&](State &s) { s.files.erase(path); });
 }
 std::optional<std::string> file(const std::string &path) {
   return locked([&](State &s) -> std::optional<std::string> {

@@ -31,7 +31,6 @@ void onCommand(const std::string &command, Reply reply);
 std::vector<std::string> commands();
 
 void setFile(const std::string &path, const std::string &content);
-void removeFile(const std::string &path);
 std::optional<std::string> file(const std::string &path);
 // openFile of this path fails even if the file exists.
 void failOpen(const std::string &path);
