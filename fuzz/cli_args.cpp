@@ -7,6 +7,7 @@
 // same state: the copy is renewed when a command changed it and the journal
 // of earlier inputs is removed (a growing journal made every later `journal`
 // command slower and the target's behaviour depend on input order).
+#include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -72,6 +73,16 @@ const std::string &freshModel() {
   return s.model;
 }
 
+// Descriptors open in this process (the listing's own one not counted).
+int openDescriptors() {
+  DIR *dir = opendir("/proc/self/fd");
+  if (dir == nullptr) return -1;
+  int count = 0;
+  while (readdir(dir) != nullptr) ++count;
+  closedir(dir);
+  return count - 3;  // ".", ".." and the listing's own descriptor
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
@@ -89,8 +100,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
   fakeos::reset();
   fakeos::setCapture(false);
   calsim::reset();
+  // The tool may open what it keeps for the process (its /dev/null stream,
+  // the log connection) the first time a command needs it; beyond those few,
+  // a run that leaves a descriptor open leaks one per run.
+  static int baseline = -1;
   const int status = caltofal_cli_main(static_cast<int>(words.size()), argv.data());
   calsim::reset();
   if (status < 0 || status > 2) fuzz::fail("status 0, 1 or 2");
+  const int open = openDescriptors();
+  if (baseline < 0) baseline = open;
+  if (open > baseline + 4) fuzz::fail("runs leave descriptors open");
   return 0;
 }

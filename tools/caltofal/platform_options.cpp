@@ -73,7 +73,10 @@ void routeLibraryNotes(bool trace) {
   // The C library lets the standard streams be assigned: what the library
   // writes to stdout and stderr (its notes, survey lines it could not read,
   // its coloured log) now goes to /dev/null.
-  if (FILE *nowhere = std::fopen("/dev/null", "we")) {
+  // One stream for the process: the tool's entry point can run more than
+  // once in a process (its tests), and each run would leave a descriptor.
+  static FILE *nowhere = std::fopen("/dev/null", "we");
+  if (nowhere != nullptr) {
     stdout = nowhere;
     stderr = nowhere;
   }
