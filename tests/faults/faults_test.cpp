@@ -68,24 +68,20 @@ std::function<Outcome()> plain(std::function<int()> call) {
   return [call] { return Outcome{call(), true}; };
 }
 
+// A Wi-Fi snapshot of one SSID or radio into a guarded table.
+FaultCase snapshot(const char *name, int (*getter)(int, WifiParamTable *), int index) {
+  return {name, withRecord<WifiParamTable>([getter, index](WifiParamTable *t) {
+            return getter(index, t);
+          }),
+          -1, Allowed::FailureOrAnswer};
+}
+
 const std::vector<FaultCase> &cases() {
   static const std::vector<FaultCase> all = {
-      {"GetSsIdInfoFromFapiToBuff(1)", withRecord<WifiParamTable>([](WifiParamTable *t) {
-         return GetSsIdInfoFromFapiToBuff(1, t);
-       }),
-       -1, Allowed::FailureOrAnswer},
-      {"GetSsIdInfoFromFapiToBuff(9)", withRecord<WifiParamTable>([](WifiParamTable *t) {
-         return GetSsIdInfoFromFapiToBuff(9, t);
-       }),
-       -1, Allowed::FailureOrAnswer},
-      {"GetWireInfoFromFapiToBuff(1)", withRecord<WifiParamTable>([](WifiParamTable *t) {
-         return GetWireInfoFromFapiToBuff(1, t);
-       }),
-       -1, Allowed::FailureOrAnswer},
-      {"GetWireInfoFromFapiToBuff(2)", withRecord<WifiParamTable>([](WifiParamTable *t) {
-         return GetWireInfoFromFapiToBuff(2, t);
-       }),
-       -1, Allowed::FailureOrAnswer},
+      snapshot("GetSsIdInfoFromFapiToBuff(1)", GetSsIdInfoFromFapiToBuff, 1),
+      snapshot("GetSsIdInfoFromFapiToBuff(9)", GetSsIdInfoFromFapiToBuff, 9),
+      snapshot("GetWireInfoFromFapiToBuff(1)", GetWireInfoFromFapiToBuff, 1),
+      snapshot("GetWireInfoFromFapiToBuff(2)", GetWireInfoFromFapiToBuff, 2),
       {"faltocal_fromDB", withRecord<WifiParamTable>([](WifiParamTable *changes) {
          SetParam(changes, "Device.WiFi.SSID.1", "SSID", "Garden");
          SetParam(changes, "Device.WiFi.Radio.1", "Channel", "6");
