@@ -96,7 +96,7 @@ void traceAt(const char *function, int line) {
 }
 
 void traceAtCode(const char *function, int line, int code) {
-  PRINT_TO_CONSOLE("\n\n\t[%s : %d] (%d)", function, line, code);
+  (ConsoleLine() << "\n\n\t[" << function << " : " << line << "] (" << code << ")").write();
 }
 
 }  // namespace caltofal
